@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/host/desk/clock.h"
+#include "platform/host/desk/modals.h"
+#include "platform/host/desk/timers.h"
+#include "platform/host/panel/display.h"
+#include "platform/host/panel/panel.h"
+#include "platform/host/session/trace.h"
+#include "platform/vistrel.h"
+
+namespace host {
+
+/// Plays a script beside the person: the loop calls `play` whenever `resumeAt` has come.
+class Player {
+public:
+    virtual ~Player() = default;
+    /// When it wants to go on; the clock's present time or earlier means at once.
+    [[nodiscard]] virtual Instant resumeAt() const = 0;
+    /// Goes on until it has to wait or has ended (it then stops the loop).
+    virtual void play() = 0;
+};
+
+/// The one event loop: brings input, timers, script and panel steps into one order, numbers the events, and is
+/// the only place from which the application is called. Owned by the Toolkit.
+class Loop {
+public:
+    Loop(Size screen, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace);
+
+    // What the application asks for.
+
+    /// Installs the handler; it gets event 23 once the call in progress has returned.
+    event_handler_t setHandler(event_handler_t handler);
+    Timers& timers() { return timers_; }
+    [[nodiscard]] const Clock& clock() const { return clock_; }
+
+    /// Installs the explorer's own handler, whose events are not traced and which gets no event 23 here.
+    void setHome(event_handler_t handler);
+
+    // What comes from outside.
+
+    /// A call into the application from the explorer or a modal, with the repaint and modal closing that follow.
+    void enter(const Callback& callback);
+    /// One toolkit event, exactly so: pointer events go to the open modal, all others to the handler.
+    void event(int type, int par1, int par2);
+    /// What a person did: clamped to the screen and numbered (a pointer sample is 35 when 100 ms have passed since
+    /// the last 35 of its press, else 31).
+    void input(const Input& input);
+
+    /// Runs until stop; `player` may be null.
+    int run(Player* player);
+    /// Ends run, which returns `status`.
+    void stop(int status);
+    [[nodiscard]] bool stopped() const { return stopped_; }
+
+private:
+    void deliver(int type, int par1, int par2);
+    void fire(const DueTimer& timer);
+    void settle();
+    [[nodiscard]] std::optional<Instant> nextInstant(const Player* player) const;
+    void passTime(std::optional<Instant> until);
+
+    Size screen_;
+    Clock& clock_;
+    Display& display_;
+    Panel& panel_;
+    Modals& modals_;
+    Trace& trace_;
+    Timers timers_;
+    event_handler_t handler_ = nullptr;
+    event_handler_t home_ = nullptr;
+    bool repaintDue_ = false;
+    bool settling_ = false;
+    bool pressed_ = false;
+    Instant lastReport_{};
+    bool stopped_ = false;
+    int status_ = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// One picture of the user's.
+struct PictureEntry {
+    std::string devicePath;      ///< "/mnt/ext1/My pictures/…"
+    std::filesystem::path file;  ///< where it is on this machine
+    std::filesystem::file_time_type changed;
+};
+
+/// The one place where device paths become files. Paths under "/mnt/ext1/" lie under the root; all others stand
+/// as they are.
+class Storage {
+public:
+    /// `directory` is the root; when empty, "/mnt/ext1" itself where it exists and can be written, else
+    /// $XDG_DATA_HOME/colour, else ~/.local/share/colour. Makes the root and its "My pictures" folder.
+    explicit Storage(const std::string& directory);
+
+    /// One line that says why pictures cannot be kept; empty when all is well.
+    [[nodiscard]] const std::string& problem() const { return problem_; }
+    [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+
+    [[nodiscard]] std::filesystem::path resolve(const std::string& devicePath) const;
+
+    /// As the C library's, on device paths: 0 on success, -1 on failure.
+    [[nodiscard]] int access(const char* devicePath, int mode) const;
+    int unlink(const char* devicePath) const;
+
+    /// The pictures under "My pictures" (.bmp and .png in any case), newest first; of equal times, by name downwards.
+    [[nodiscard]] std::vector<PictureEntry> pictures() const;
+
+private:
+    std::filesystem::path root_;
+    std::string problem_;
+};
+
+}  // namespace host

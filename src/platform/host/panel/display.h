@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "platform/host/geometry.h"
+#include "platform/host/screen/framebuffer.h"
+
+namespace host {
+
+/// A key of a physical keyboard that is no character of its own.
+enum class Key { Return, ShiftReturn, Escape, Backspace, Delete, Left, Right, Up, Down, Home, End };
+
+/// One thing a person did, in panel pixels.
+struct Input {
+    enum class Kind {
+        PointerDown,
+        PointerMove,
+        PointerUp,
+        Key,    ///< `key`
+        Text,   ///< `text`: committed UTF-8, typed, from an input method or pasted
+        Close,  ///< the person closed the display
+    };
+    Kind kind = Kind::PointerMove;
+    Point at{};
+    Key key = Key::Return;
+    std::string text{};
+};
+
+/// Where the panel is seen and touched. Displays differ in showing and in input, never in what is shown.
+class Display {
+public:
+    Display() = default;
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+    virtual ~Display() = default;
+
+    /// Shows `area` of the panel's picture; `area` lies inside it. `shown` stays valid and is the same picture in
+    /// every call, so a display may show older areas of it again when its window is uncovered.
+    virtual void present(const Framebuffer& shown, Rect area) = 0;
+
+    /// The next input; waits for it at most `timeout` (nothing: without end). No value when the time has passed or
+    /// wake was called.
+    virtual std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) = 0;
+
+    /// Ends the wait in progress, or the next one. Safe to call from another thread.
+    virtual void wake() = 0;
+
+    /// Starts or ends text input from a physical keyboard; `near` is where the text appears (for an input
+    /// method's own window).
+    virtual void setTextInput(bool on, Rect near) {
+        static_cast<void>(on);
+        static_cast<void>(near);
+    }
+};
+
+}  // namespace host

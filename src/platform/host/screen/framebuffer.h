@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/host/geometry.h"
+
+namespace host {
+
+/// One byte of grey a pixel, or three bytes R, G, B. White is bytes of 0xFF in both.
+enum class PixelFormat { Grey8, Rgb24 };
+
+/// A block of pixels, rows packed, white at first.
+class Framebuffer {
+public:
+    Framebuffer(Size size, PixelFormat format)
+        : size_(size),
+          format_(format),
+          stride_(static_cast<std::size_t>(size.w) * (format == PixelFormat::Grey8 ? 1 : 3)),
+          pixels_(stride_ * static_cast<std::size_t>(size.h), 0xFF) {}
+
+    [[nodiscard]] Size size() const { return size_; }
+    [[nodiscard]] Rect bounds() const { return {0, 0, size_.w, size_.h}; }
+    [[nodiscard]] PixelFormat format() const { return format_; }
+    [[nodiscard]] int bytesPerPixel() const { return format_ == PixelFormat::Grey8 ? 1 : 3; }
+    /// Bytes from one row to the next.
+    [[nodiscard]] std::size_t stride() const { return stride_; }
+
+    /// First byte of pixel (x, y), which lies inside.
+    [[nodiscard]] std::uint8_t* at(int x, int y) { return pixels_.data() + offset(x, y); }
+    [[nodiscard]] const std::uint8_t* at(int x, int y) const { return pixels_.data() + offset(x, y); }
+
+    bool operator==(const Framebuffer&) const;
+
+private:
+    [[nodiscard]] std::size_t offset(int x, int y) const {
+        return static_cast<std::size_t>(y) * stride_ +
+               static_cast<std::size_t>(x) * static_cast<std::size_t>(bytesPerPixel());
+    }
+
+    Size size_;
+    PixelFormat format_;
+    std::size_t stride_;
+    std::vector<std::uint8_t> pixels_;
+};
+
+inline bool Framebuffer::operator==(const Framebuffer& other) const {
+    return size_ == other.size_ && format_ == other.format_ && pixels_ == other.pixels_;
+}
+
+}  // namespace host

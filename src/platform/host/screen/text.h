@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/host/device.h"
+#include "platform/host/screen/screen.h"
+
+/// The border's font handle: a family and a size in device-independent units (160 to the inch).
+struct font_s {
+    std::string family;
+    int size = 0;
+};
+
+namespace host {
+
+enum class Align { Start, Centre, End };
+enum class Wrap { Words, None };
+
+/// How a text is laid out. Start is the side at which the text's script begins. With Wrap::None a line that
+/// does not fit is cut with an ellipsis, and the text is centred vertically in its box; with Wrap::Words
+/// lines break at words, then anywhere, and the text starts at the top.
+struct TextStyle {
+    Align align = Align::Start;
+    Wrap wrap = Wrap::Words;
+    Rgb colour = kBlack;
+};
+
+/// Fonts of the machine, text layout and drawing. Owned by the Toolkit; the font machinery starts with the
+/// first text that is measured or drawn.
+class Text {
+public:
+    explicit Text(const Device& device);
+    ~Text();
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+
+    /// Null when the size is not positive. An unknown or null family gives the default one.
+    [[nodiscard]] std::unique_ptr<font_s> open(const char* family, int size);
+
+    /// Family of the default font number `index`: 0 sans, 1 serif, 2 monospaced; any other is 0.
+    [[nodiscard]] const char* defaultFamily(int index) const;
+
+    /// Draws UTF-8 text inside `box` and never outside it. Broken UTF-8 shows as replacement characters.
+    void draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style);
+
+    /// Pixels that the text takes in a box of that width (0: as wide as it likes, lines broken only at line ends).
+    [[nodiscard]] Size measure(std::string_view utf8, const font_s& font, int width);
+
+    /// Families of the machine's fonts, sorted, without names that contain a comma.
+    [[nodiscard]] const std::vector<std::string>& families();
+
+private:
+    struct Engine;
+    Engine& engine();
+
+    const Device& device_;
+    std::unique_ptr<Engine> engine_;
+    std::vector<std::string> families_;
+};
+
+}  // namespace host
