@@ -6,8 +6,8 @@
 #include <utility>
 
 // Present in sanitized builds only.
-extern "C" [[gnu::weak]] void __lsan_disable();
-extern "C" [[gnu::weak]] void __lsan_enable();
+extern "C" [[gnu::weak]] void __lsan_disable();  // NOLINT(bugprone-reserved-identifier)
+extern "C" [[gnu::weak]] void __lsan_enable();  // NOLINT(bugprone-reserved-identifier)
 
 namespace host {
 namespace {
