@@ -9,8 +9,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <map>
+#include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/host/session/panel_option.h"
 
@@ -25,15 +28,47 @@ constexpr long kHighestPort = 65'535;
 constexpr long kHighestLogLevel = 9;
 constexpr long kLastSecond = 253'402'300'799;  // the end of the year 9999
 
-constexpr const char* kIntroduction =
-    "Draw by hand on an e-ink panel, or on a window or browser page that stands for one.";
-constexpr const char* kExamples =
-    "Examples:\n"
-    "  colour                                          the explorer, with all your pictures\n"
-    "  colour --new --panel 600x800@167,grey           a new picture on a small grey panel\n"
-    "  colour --display browser --port 8080            draw at http://127.0.0.1:8080/\n"
-    "  colour --display headless --script draw.session --trace draw.trace\n"
-    "                                                  play a recorded session without a display\n";
+constexpr const char* kVersion = "Colour " COLOUR_VERSION;
+
+constexpr const char* kHelp = R"(Usage: colour [OPTIONS] [PICTURE]
+
+Draw by hand on an e-ink panel, or on a window or a browser page that stands for one.
+
+  PICTURE                open this picture (.bmp, .png) at once; "back" leads to the explorer
+  --new                  begin with a new picture
+
+Panel
+  --panel WxH@DPI[,colour|,grey][,scale=S][,platform=N]
+                         its pixels, its dots to the inch, and what else it is; a scale above 1
+                         makes everything larger (1404x1872@300,colour)
+  --display KIND         window, browser or headless
+                         (a window where a display answers, else the browser)
+  --waveforms            refresh as slowly as real e-ink does
+
+Browser display
+  --port N               the page's port
+  --listen ADDRESS       serve other machines too, at this address; needs a password
+  --password-file FILE   the password that the page asks for
+
+Places
+  --storage DIR          where pictures are kept (~/.local/share/colour)
+  --theme DIR            icons, texts and keyboards to use instead of the installed ones
+  --language CODE        en, de, fr, es, ru or ar (as the environment says)
+
+Sessions
+  --script FILE          play this session script
+  --trace FILE           record every call between application and platform
+  --clock SECONDS        the time, since the epoch, at which a headless run begins (1700000000)
+  --log LEVEL            print log lines up to this level, from 0 to 9 (0)
+
+  -h, --help             print this page
+  --version              print the version
+
+Examples
+  colour --new --panel 600x800@167,grey
+  colour --display browser --port 8080
+  colour --display headless --script draw.session --trace draw.trace
+)";
 
 [[noreturn]] void fail(std::string message) {
     std::replace(message.begin(), message.end(), '\n', ' ');
@@ -66,6 +101,14 @@ bool isLanguageCode(std::string_view code) {
     return mark == std::string_view::npos || isPart(code.substr(mark + 1), 2, 8);
 }
 
+DisplayKind displayKind(const std::string& name, std::string& error) {
+    if (name == "window") return DisplayKind::Window;
+    if (name == "browser") return DisplayKind::Browser;
+    if (name == "headless") return DisplayKind::Headless;
+    error = "the display is window, browser or headless";
+    return DisplayKind::Automatic;
+}
+
 void checkPicture(const std::string& picture) {
     std::string ending = fs::path(picture).extension().string();
     std::transform(ending.begin(), ending.end(), ending.begin(),
@@ -79,28 +122,36 @@ void checkPicture(const std::string& picture) {
     if (!picture.starts_with("/mnt/ext1/")) requireReadable("picture", picture);
 }
 
-/// The command line as CLI11 reads it; what it cannot tell by itself is checked afterwards.
+/// The command line as CLI11 reads it; what CLI11 cannot tell by itself is checked afterwards.
 class CommandLine {
 public:
-    CommandLine() : app_(kIntroduction, "colour") {
-        describeDrawing();
-        describePanel();
-        describePlaces();
-        describeSessions();
-        app_.set_help_flag("-h,--help", "Print this page and leave")->group("Help");
-        app_.set_version_flag("--version", std::string("Colour ") + COLOUR_VERSION, "Print the version and leave")
-            ->group("Help");
-        app_.get_formatter()->column_width(34);
-        app_.get_formatter()->label("Positionals", "Picture");
-        app_.get_formatter()->label("OPTIONS", "OPTIONS");
-        app_.footer(kExamples);
+    CommandLine() {
+        text("PICTURE", options_.picture);
+        flag("--new", options_.newPicture);
+        checked("--panel", [this](const std::string& value, std::string& error) {
+            options_.device = parsePanel(value, error).value_or(options_.device);
+        });
+        checked("--display",
+                [this](const std::string& value, std::string& error) { options_.display = displayKind(value, error); });
+        flag("--waveforms", options_.waveforms);
+        number("--port", 1, kHighestPort, options_.port);
+        text("--listen", options_.listen);
+        text("--password-file", options_.passwordFile);
+        text("--storage", options_.storage);
+        text("--theme", options_.theme);
+        text("--language", options_.language);
+        text("--script", options_.script);
+        text("--trace", options_.trace);
+        number("--clock", 0, kLastSecond, options_.clock);
+        number("--log", 0, kHighestLogLevel, options_.logLevel);
+        app_.set_help_flag();
+        page("-h,--help", kHelp);
+        page("--version", kVersion);
     }
 
     Options read(int argc, const char* const* argv) {
         try {
             app_.parse(argc, argv);
-        } catch (const CLI::Success& success) {
-            std::exit(app_.exit(success));
         } catch (const CLI::ParseError& error) {
             fail(error.what());
         }
@@ -109,85 +160,33 @@ public:
     }
 
 private:
-    void describeDrawing() {
-        text("PICTURE", options_.picture, "Open this picture at once; \"back\" leads to the explorer", "");
-        app_.add_flag("--new", options_.newPicture, "Begin with a new picture")->group("Picture");
-    }
+    void text(const char* name, std::string& value) { app_.add_option(name, value)->type_name("value"); }
+    void flag(const char* name, bool& value) { app_.add_flag(name, value)->disable_flag_override(); }
 
-    void describePanel() {
-        checked(
-            "--panel", "WxH@DPI[,...]", "Panel",
-            [this](const std::string& value, std::string& error) {
-                const std::optional<Device> device = parsePanel(value, error);
-                if (device) options_.device = *device;
-            },
-            "The panel in pixels and dots to the inch, then as you like ,colour or ,grey ,scale=S ,platform=N\n"
-            "(1404x1872@300,colour)");
-        checked(
-            "--display", "KIND", "Panel",
-            [this](const std::string& value, std::string& error) {
-                static const std::map<std::string, DisplayKind> kinds{{"window", DisplayKind::Window},
-                                                                      {"browser", DisplayKind::Browser},
-                                                                      {"headless", DisplayKind::Headless}};
-                const auto kind = kinds.find(value);
-                if (kind == kinds.end()) error = "the display is window, browser or headless";
-                if (kind != kinds.end()) options_.display = kind->second;
-            },
-            "window, browser or headless\n(a window where a display answers, else the browser)");
-        app_.add_flag("--waveforms", options_.waveforms, "Refresh as slowly as e-ink really does")->group("Panel");
-        number("--port", "N", "Browser", 1, kHighestPort, options_.port, "The page's port");
-        text("--listen", options_.listen, "Serve other machines too, at this address; needs a password", "Browser",
-             "ADDRESS");
-        text("--password-file", options_.passwordFile, "The password is this file's first line", "Browser", "FILE");
-    }
-
-    void describePlaces() {
-        text("--storage", options_.storage, "Where pictures are kept", "Places", "DIR");
-        text("--theme", options_.theme, "Icons, texts and keyboards to use", "Places", "DIR");
-        text("--language", options_.language, "Language of all texts: en, de, fr, es, ru, ar", "Places", "CODE");
-    }
-
-    void describeSessions() {
-        text("--script", options_.script, "Play this session script", "Sessions", "FILE");
-        text("--trace", options_.trace, "Record every call between application and platform", "Sessions", "FILE");
-        number("--clock", "SECONDS", "Sessions", 0, kLastSecond, options_.clock,
-               "When a headless run begins, since the epoch (1700000000)");
-        number("--log", "LEVEL", "Sessions", 0, kHighestLogLevel, options_.logLevel,
-               "Print log lines up to this level, 0 to 9 (0)");
-    }
-
-    void text(const char* name, std::string& value, const char* help, const char* group, const char* type = "FILE") {
-        CLI::Option* const option = app_.add_option(name, value, help)->type_name(type);
-        if (*group != '\0') option->group(group);
+    void page(const char* name, const char* contents) {
+        app_.add_flag_callback(name, [contents] {
+            std::puts(contents);
+            std::exit(0);
+        });
     }
 
     /// `take` stores the value, or says in its second argument what is wrong with it.
-    void checked(const char* name, const char* type, const char* group,
-                 std::function<void(const std::string&, std::string&)> take, const char* help) {
-        app_.add_option_function<std::string>(
-                name,
-                [name, take = std::move(take)](const std::string& value) {
-                    std::string error;
-                    take(value, error);
-                    if (!error.empty()) fail(std::string(name) + " " + value + ": " + error);
-                },
-                help)
-            ->type_name(type)
-            ->group(group);
+    void checked(const char* name, std::function<void(const std::string&, std::string&)> take) {
+        const auto report = [name, take = std::move(take)](const std::string& value) {
+            std::string error;
+            take(value, error);
+            if (!error.empty()) fail(std::string(name) + " " + value + ": " + error);
+        };
+        app_.add_option_function<std::string>(name, report)->type_name("value");
     }
 
     template <typename Number>
-    void number(const char* name, const char* type, const char* group, long lowest, long highest, Number& target,
-                const char* help) {
-        checked(
-            name, type, group,
-            [lowest, highest, &target](const std::string& value, std::string& error) {
-                const std::optional<long> taken = wholeNumber(value, lowest, highest);
-                if (!taken)
-                    error = "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
-                if (taken) target = static_cast<Number>(*taken);
-            },
-            help);
+    void number(const char* name, long lowest, long highest, Number& target) {
+        checked(name, [lowest, highest, &target](const std::string& value, std::string& error) {
+            const std::optional<long> taken = wholeNumber(value, lowest, highest);
+            if (!taken) error = "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
+            target = static_cast<Number>(taken.value_or(lowest));
+        });
     }
 
     [[nodiscard]] bool given(const char* name) const { return app_.count(name) > 0; }
@@ -207,7 +206,7 @@ private:
         }
     }
 
-    CLI::App app_;
+    CLI::App app_{"", "colour"};
     Options options_;
 };
 
