@@ -154,6 +154,8 @@ void Loop::fireTimers(Instant now) {
 }
 
 void Loop::fire(const DueTimer& timer) {
+    // A real clock's lost time stays lost: catching up after a suspend would be a storm of timers.
+    if (clock_.isVirtual()) firing_ = timer.due;
     trace_.enter("timer", timer.name);
     if (timer.plain != nullptr) {
         timer.plain();
@@ -161,6 +163,7 @@ void Loop::fire(const DueTimer& timer) {
         timer.withContext(timer.context);
     }
     trace_.leave();
+    firing_.reset();
     settle();
 }
 

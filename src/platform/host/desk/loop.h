@@ -39,6 +39,9 @@ public:
     event_handler_t setHandler(event_handler_t handler);
     Timers& timers() { return timers_; }
     [[nodiscard]] const Clock& clock() const { return clock_; }
+    /// The instant from which a timer set now counts: the present one, but on a virtual clock and inside a timer's
+    /// callback the one at which that callback was due, even if it has waited for the panel since.
+    [[nodiscard]] Instant timersCountFrom() const { return firing_.value_or(clock_.now()); }
 
     /// Installs the explorer's own handler, whose events are not traced and which gets no event 23 here.
     void setHome(event_handler_t handler);
@@ -84,6 +87,7 @@ private:
     event_handler_t home_ = nullptr;
     bool repaintDue_ = false;
     bool settling_ = false;
+    std::optional<Instant> firing_;
     bool pressed_ = false;
     Instant lastReport_{};
     bool stopped_ = false;
