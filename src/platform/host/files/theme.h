@@ -20,6 +20,8 @@ public:
     /// `directory` holds theme.ini and icons/; a missing one is told once on standard error.
     Theme(std::filesystem::path directory, const Device& device);
 
+    [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
+
     /// The picture of that name; null when there is none (and for an empty name). "broken_image" falls back to
     /// the record the program exports as `def_broken_image`.
     [[nodiscard]] std::shared_ptr<bitmap_s> picture(const std::string& name);
