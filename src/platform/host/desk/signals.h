@@ -1,0 +1,31 @@
+#pragma once
+
+#include <signal.h>
+
+#include <array>
+#include <functional>
+#include <thread>
+
+namespace host {
+
+/// Turns the signals that ask the program to end (TERM, INT, HUP) into a call from a thread of its own, and keeps a
+/// reader that has gone (PIPE) from ending the program. A HUP that was ignored at the start stays ignored, as
+/// nohup asks. One object at a time in a process; it puts the earlier actions back when it goes.
+class EndSignals {
+public:
+    /// `ask` runs on the watching thread, once for each signal, and must be safe there.
+    explicit EndSignals(std::function<void()> ask);
+    ~EndSignals();
+    EndSignals(const EndSignals&) = delete;
+    EndSignals& operator=(const EndSignals&) = delete;
+
+private:
+    void watch();
+
+    std::function<void()> ask_;
+    std::array<struct sigaction, 4> before_{};
+    int wakeup_ = -1;
+    std::thread watcher_;
+};
+
+}  // namespace host
