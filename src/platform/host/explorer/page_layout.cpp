@@ -7,7 +7,7 @@ namespace host {
 namespace {
 
 // Design units, 300 to the inch.
-constexpr int kTitleHeight = 120;
+constexpr int kTitleHeight = 136;
 constexpr int kPageBarHeight = 132;
 constexpr int kButtonHeight = 108;
 constexpr int kPageButtonWidth = 300;

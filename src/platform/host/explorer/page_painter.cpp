@@ -20,6 +20,9 @@ constexpr int kNoticeSize = 20;
 constexpr int kCaptionSize = 18;
 constexpr int kPageNumberSize = 26;
 
+// Design units, 300 to the inch. Above a page stands a toolbar, so pages are a little wider than the panel's shape.
+constexpr int kToolbarHeight = 108;
+
 constexpr int kThinLine = -2;
 constexpr Rgb kFrameGrey = 0x808080;
 
@@ -121,8 +124,9 @@ void PagePainter::caption(const Rect& tile, const std::string& text) {
 
 Rect PagePainter::emptySheet(const Rect& room) const {
     const Device& device = desk_.device;
-    const double factor = std::min(1.0 * room.w / device.width, 1.0 * room.h / device.height);
-    return centredIn(room, {static_cast<int>(device.width * factor), static_cast<int>(device.height * factor)});
+    const int pageHeight = std::max(device.height - device.designToPixel(kToolbarHeight), 1);
+    const double factor = std::min(1.0 * room.w / device.width, 1.0 * room.h / pageHeight);
+    return centredIn(room, {static_cast<int>(device.width * factor), static_cast<int>(pageHeight * factor)});
 }
 
 font_s PagePainter::font(int size) const { return {desk_.text.defaultFamily(0), size}; }
