@@ -34,11 +34,11 @@ struct Units {
 bool readUnits(const std::string& text, Units& units) {
     std::istringstream words(text);
     Units read{};
-    char times = 'x';
     if (!(words >> read.width)) return false;
     read.height = read.width;
-    if (!(words >> std::ws).eof() && !(words >> times >> read.height >> std::ws).eof()) return false;
-    if (times != 'x' || words.bad() || !(read.width > 0) || !(read.height > 0)) return false;
+    char times = 'x';
+    if (!(words >> std::ws).eof() && !(words >> times >> read.height)) return false;
+    if (times != 'x' || !(words >> std::ws).eof() || !(read.width > 0) || !(read.height > 0)) return false;
     units = read;
     return true;
 }
