@@ -63,27 +63,27 @@ StrokeStep::Extent StrokeStep::extent(double y, double radius) const {
 }
 
 void StrokeStep::approach(float* squared, int x, int y) const {
-    // Places are rounded to floats only when they are relative to the step, so steps that come from far off the
-    // screen stay exact on it.
     const double dx = x - start_.x;
     const double dy = y - start_.y;
-    const double along = dx * unit_.x + dy * unit_.y;
-    const auto fromStart = static_cast<float>(along);
-    const auto fromEnd = static_cast<float>(along - length_);
+    const auto half = static_cast<float>(length_ / 2);
+    const auto fromMiddle = static_cast<float>(dx * unit_.x + dy * unit_.y - length_ / 2);
     const auto across = static_cast<float>(dy * unit_.x - dx * unit_.y);
     const auto stepAlong = static_cast<float>(unit_.x);
     const auto stepAcross = static_cast<float>(-unit_.y);
     const auto bend = static_cast<float>(bend_);
     for (int i = 0; i < kBlock; ++i) {
         const auto steps = static_cast<float>(i);
-        const float start = fromStart + steps * stepAlong;
-        const float end = fromEnd + steps * stepAlong;
+        const float along = fromMiddle + steps * stepAlong;
         const float side = across + steps * stepAcross;
-        // Across the chord the distance is that to the parabola, which looks flatter from outside the bend and
-        // rounder from inside; beyond its ends there is no rise.
-        const float past = (start < 0 ? start : 0) + (end > 0 ? end : 0);
-        const float rise = bend * (start > 0 ? start : 0) * (end < 0 ? -end : 0) * (1 - 2 * bend * side);
-        const float distance = (side - rise) * (side - rise) + past * past;
+        // The normals of a bend spread on its outside and close up on its inside, so the nearest point moves
+        // slower or faster than the pixel. This is 1 / (1 + curvature × side) as long as that is near 1.
+        const float moved = 1 - 2 * bend * side;
+        const float closing = moved > 0.5F ? moved : 0.5F;
+        const bool past = std::abs(along) * closing > half;
+        const float rise = bend * (half * half - along * along * closing);
+        const float sideways = side - (past ? 0 : rise);
+        const float lengthways = past ? std::abs(along) - half : 0;
+        const float distance = sideways * sideways + lengthways * lengthways;
         squared[i] = distance < squared[i] ? distance : squared[i];
     }
 }
