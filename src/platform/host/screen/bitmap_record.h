@@ -19,6 +19,10 @@ using BitmapPtr = std::unique_ptr<bitmap_s, FreeRecord>;
 /// does not fit the record's 16-bit scanline, or when memory is short.
 [[nodiscard]] BitmapPtr makeBitmap(int width, int height, int depth);
 
+/// The picture turned clockwise by that many quarter turns, four of which are none; rows packed. Null when the
+/// depth is unknown or the turned record cannot be made (see makeBitmap).
+[[nodiscard]] BitmapPtr rotateBitmap(const bitmap_s& bitmap, int quarterTurns);
+
 /// Bytes of the pixel data.
 [[nodiscard]] inline std::size_t pixelBytes(const bitmap_s& bitmap) {
     return std::size_t{bitmap.scanline} * bitmap.height;

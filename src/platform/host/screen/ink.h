@@ -1,31 +1,34 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "platform/host/geometry.h"
 #include "platform/host/screen/framebuffer.h"
+#include "platform/host/screen/ink_memory.h"
 #include "platform/splines.h"
 
 namespace host {
 
 /// Strokes, drawn piece by piece as if drawn at once. Remembers how much of each pixel the present ink already
-/// covers (one byte a pixel) and blends only what is missing.
+/// covers and blends only what is missing. A pixel's middle lies at its integer coordinates; its coverage follows
+/// from the distance to the curve, so pieces that meet or overlap leave no trace of it.
 class Ink {
 public:
     explicit Ink(Size size);
 
     /// Draws a piece of a stroke and returns the rectangle it may have changed. Another colour is another ink.
+    /// Draws nothing when the width is not positive or a coefficient is not finite.
     Rect draw(Framebuffer& buffer, const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y,
               int resolution, Rgb colour, int width);
 
-    /// Forgets the ink inside `area`, where something else has been drawn.
-    void forget(Rect area);
+    /// Forgets the ink inside `area`, where something else has been drawn. The cost follows the ink in it.
+    void forget(Rect area) { memory_.forget(area); }
 
 private:
-    Size size_;
-    std::vector<std::uint8_t> covered_;
-    Rect touched_{};
+    InkMemory memory_;
+    std::vector<float> distances_;  ///< squared, of the pixels of the row that is being drawn
     Rgb colour_ = kBlack;
 };
 

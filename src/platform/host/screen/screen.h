@@ -1,32 +1,14 @@
 #pragma once
 
-#include <cstdint>
-
 #include "platform/host/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
+#include "platform/host/screen/frame_painter.h"
 #include "platform/host/screen/framebuffer.h"
 #include "platform/host/screen/ink.h"
+#include "platform/host/screen/paint.h"
 #include "platform/splines.h"
 
 namespace host {
-
-/// A frame with rounded corners; the fields are those of DrawFrameCertifiedEx with all codes resolved to
-/// pixels.
-struct Frame {
-    Rect box;
-    int thickness;
-    int sides = 15;
-    int corners = 15;
-    int radius;
-    Rgb colour = kBlack;
-};
-
-/// Antialiased shape of one colour: `size.w` × `size.h` bytes of coverage, rows `stride` bytes apart.
-struct Coverage {
-    const std::uint8_t* rows;
-    int stride;
-    Size size;
-};
 
 /// The screen buffer and everything that draws into it. Every call clips at all four sides and takes
 /// coordinates and sizes of any value. Owned by the Toolkit.

@@ -1,0 +1,127 @@
+#include "platform/host/screen/blit.h"
+
+#include <cstring>
+
+#include "platform/host/screen/tone.h"
+
+namespace host {
+
+namespace {
+
+/// Reads pixel x of a row of records of one depth.
+template <int depth>
+struct Pixel {
+    std::uint8_t red;
+    std::uint8_t green;
+    std::uint8_t blue;
+    int alpha = 255;
+
+    Pixel(const std::uint8_t* row, int x) {
+        if constexpr (depth < 8) {
+            constexpr int kPerByte = 8 / depth;
+            constexpr int kLargest = (1 << depth) - 1;
+            const int shift = (kPerByte - 1 - x % kPerByte) * depth;
+            red = green = blue = static_cast<std::uint8_t>((row[x / kPerByte] >> shift & kLargest) * 255 / kLargest);
+        } else if constexpr (depth == 8) {
+            red = green = blue = row[x];
+        } else {
+            const std::uint8_t* bytes = row + static_cast<std::ptrdiff_t>(x) * (depth / 8);
+            red = bytes[0];
+            green = bytes[1];
+            blue = bytes[2];
+            if constexpr (depth == 32) alpha = bytes[3];
+        }
+    }
+};
+
+/// Draws `count` pixels of a bitmap's row from pixel `first` on.
+using DrawRow = void (*)(std::uint8_t* target, const std::uint8_t* row, int first, int count);
+
+template <int depth>
+void drawOnGrey(std::uint8_t* target, const std::uint8_t* row, int first, int count) {
+    for (int i = 0; i < count; ++i) {
+        const Pixel<depth> pixel(row, first + i);
+        target[i] = blend(target[i], luminance({pixel.red, pixel.green, pixel.blue}), pixel.alpha);
+    }
+}
+
+template <int depth>
+void drawOnColour(std::uint8_t* target, const std::uint8_t* row, int first, int count) {
+    for (int i = 0; i < count; ++i, target += 3) {
+        const Pixel<depth> pixel(row, first + i);
+        target[0] = blend(target[0], pixel.red, pixel.alpha);
+        target[1] = blend(target[1], pixel.green, pixel.alpha);
+        target[2] = blend(target[2], pixel.blue, pixel.alpha);
+    }
+}
+
+template <int bytes>
+void copyRow(std::uint8_t* target, const std::uint8_t* row, int first, int count) {
+    std::memcpy(target, row + static_cast<std::ptrdiff_t>(first) * bytes, static_cast<std::size_t>(count) * bytes);
+}
+
+DrawRow drawRow(int depth, PixelFormat format) {
+    const bool grey = format == PixelFormat::Grey8;
+    switch (depth) {
+        case 1:
+            return grey ? drawOnGrey<1> : drawOnColour<1>;
+        case 4:
+            return grey ? drawOnGrey<4> : drawOnColour<4>;
+        case 8:
+            return grey ? copyRow<1> : drawOnColour<8>;
+        case 24:
+            return grey ? drawOnGrey<24> : copyRow<3>;
+        case 32:
+            return grey ? drawOnGrey<32> : drawOnColour<32>;
+        default:
+            return nullptr;
+    }
+}
+
+std::size_t rowBytes(const Framebuffer& buffer, int width) {
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(buffer.bytesPerPixel());
+}
+
+/// The rows of whole-width areas follow one another without a gap: one copy, which the machine does faster.
+bool oneBlock(const Framebuffer& buffer, const bitmap_s& bitmap, Rect area) {
+    return bitmap.depth == 8 * buffer.bytesPerPixel() && area.w == buffer.size().w && area.w == bitmap.width &&
+           bitmap.scanline == buffer.stride();
+}
+
+}  // namespace
+
+bool drawable(const bitmap_s& bitmap) {
+    return drawRow(bitmap.depth, PixelFormat::Grey8) != nullptr &&
+           bitmap.scanline >= (bitmap.width * bitmap.depth + 7) / 8;
+}
+
+void drawBitmap(Framebuffer& buffer, Point topLeft, const bitmap_s& bitmap, Rect area) {
+    const int left = area.x - topLeft.x;
+    const int top = area.y - topLeft.y;
+    if (oneBlock(buffer, bitmap, area)) {
+        std::memcpy(buffer.at(0, area.y), bitmapRow(bitmap, top), buffer.stride() * static_cast<std::size_t>(area.h));
+        return;
+    }
+    const DrawRow draw = drawRow(bitmap.depth, buffer.format());
+    for (int y = 0; y < area.h; ++y) draw(buffer.at(area.x, area.y + y), bitmapRow(bitmap, top + y), left, area.w);
+}
+
+BitmapPtr captureArea(const Framebuffer& buffer, Rect area) {
+    BitmapPtr bitmap = makeBitmap(area.w, area.h, 8 * buffer.bytesPerPixel());
+    if (!bitmap) return nullptr;
+    const Rect inside = area.intersected(buffer.bounds());
+    if (inside != area) std::memset(bitmap_pixels(bitmap.get()), 0xFF, pixelBytes(*bitmap));
+    if (inside.empty()) return bitmap;
+    if (oneBlock(buffer, *bitmap, inside)) {
+        std::memcpy(bitmapRow(*bitmap, inside.y - area.y), buffer.at(0, inside.y),
+                    buffer.stride() * static_cast<std::size_t>(inside.h));
+        return bitmap;
+    }
+    const std::size_t indent = rowBytes(buffer, inside.x - area.x);
+    for (int y = inside.y; y < inside.bottom(); ++y) {
+        std::memcpy(bitmapRow(*bitmap, y - area.y) + indent, buffer.at(inside.x, y), rowBytes(buffer, inside.w));
+    }
+    return bitmap;
+}
+
+}  // namespace host

@@ -1,0 +1,134 @@
+#include "platform/host/screen/frame_painter.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/host/screen/paint.h"
+#include "platform/host/screen/round_corner.h"
+
+namespace host {
+
+namespace {
+
+/// One corner of the box: which of its two sides each way it lies on.
+struct Corner {
+    int bit;
+    bool right;
+    bool bottom;
+    int sides;
+};
+
+constexpr Corner kCorners[] = {
+    {kTopLeftCorner, false, false, kLeftSide | kTopSide},
+    {kTopRightCorner, true, false, kRightSide | kTopSide},
+    {kBottomRightCorner, true, true, kRightSide | kBottomSide},
+    {kBottomLeftCorner, false, true, kLeftSide | kBottomSide},
+};
+
+/// Half of a box's shorter side, and one more pixel where that side is odd.
+int upperHalf(int side) { return side / 2 + side % 2; }
+
+class FramePainter {
+public:
+    FramePainter(Framebuffer& buffer, const Frame& frame)
+        : buffer_(buffer),
+          frame_(frame),
+          shorter_(std::min(frame.box.w, frame.box.h)),
+          thickness_(std::clamp(frame.thickness, 0, upperHalf(shorter_))),
+          filled_((frame.corners & kFilled) != 0 || (frame.sides == 15 && thickness_ == upperHalf(shorter_))),
+          radius_(std::clamp(static_cast<double>(frame.radius), 0.0, shorter_ / 2.0)),
+          block_(std::clamp(frame.radius, 0, upperHalf(shorter_))),
+          farWidth_(std::min(block_, frame.box.w - block_)),
+          farHeight_(std::min(block_, frame.box.h - block_)) {}
+
+    /// The four corners, and the cross between them.
+    void paint() {
+        const Rect& box = frame_.box;
+        const std::int64_t left = std::int64_t{box.x} + block_;
+        const std::int64_t top = std::int64_t{box.y} + block_;
+        const std::int64_t right = box.right() - farWidth_;
+        const std::int64_t bottom = box.bottom() - farHeight_;
+        paintSides(seen(left, box.y, right, box.bottom()));
+        paintSides(seen(box.x, top, left, bottom));
+        paintSides(seen(right, top, box.right(), bottom));
+        for (const Corner& corner : kCorners) {
+            const Rect part = seen(corner.right ? right : box.x, corner.bottom ? bottom : box.y,
+                                   corner.right ? box.right() : left, corner.bottom ? box.bottom() : top);
+            if (rounded(corner)) {
+                paintArc(corner, part);
+            } else {
+                paintSides(part);
+            }
+        }
+    }
+
+private:
+    [[nodiscard]] bool rounded(const Corner& corner) const {
+        return (frame_.corners & corner.bit) != 0 && (frame_.sides & corner.sides) == corner.sides;
+    }
+
+    /// The part inside the buffer of the rectangle between four edges, the last two excluded. Edges of a box at
+    /// the end of the number range need 64 bits.
+    [[nodiscard]] Rect seen(std::int64_t left, std::int64_t top, std::int64_t right, std::int64_t bottom) const {
+        const std::int64_t x = std::max<std::int64_t>(left, 0);
+        const std::int64_t y = std::max<std::int64_t>(top, 0);
+        const std::int64_t w = std::min<std::int64_t>(right, buffer_.size().w) - x;
+        const std::int64_t h = std::min<std::int64_t>(bottom, buffer_.size().h) - y;
+        if (w <= 0 || h <= 0) return {};
+        return {static_cast<int>(x), static_cast<int>(y), static_cast<int>(w), static_cast<int>(h)};
+    }
+
+    /// Fills what a frame with square corners has inside `part`.
+    void paintSides(Rect part) {
+        const Rect& box = frame_.box;
+        if (filled_) {
+            fillArea(buffer_, part, frame_.colour);
+            return;
+        }
+        const std::int64_t innerRight = box.right() - thickness_;
+        const std::int64_t innerBottom = box.bottom() - thickness_;
+        if (frame_.sides & kLeftSide) {
+            fillPart(part, seen(box.x, box.y, std::int64_t{box.x} + thickness_, box.bottom()));
+        }
+        if (frame_.sides & kTopSide) {
+            fillPart(part, seen(box.x, box.y, box.right(), std::int64_t{box.y} + thickness_));
+        }
+        if (frame_.sides & kRightSide) fillPart(part, seen(innerRight, box.y, box.right(), box.bottom()));
+        if (frame_.sides & kBottomSide) fillPart(part, seen(box.x, innerBottom, box.right(), box.bottom()));
+    }
+
+    void fillPart(Rect part, Rect side) { fillArea(buffer_, part.intersected(side), frame_.colour); }
+
+    void paintArc(const Corner& corner, Rect part) {
+        const Rect& box = frame_.box;
+        const RoundCorner shape(radius_, filled_ ? 0 : radius_ - thickness_);
+        const Paint paint(frame_.colour, buffer_.format());
+        for (int y = part.y; y < part.bottom(); ++y) {
+            const int row = corner.bottom ? box.h - 1 - (y - box.y) : y - box.y;
+            for (int x = part.x; x < part.right(); ++x) {
+                const int column = corner.right ? box.w - 1 - (x - box.x) : x - box.x;
+                paint.blend(buffer_.at(x, y), shape.coverage(column, row));
+            }
+        }
+    }
+
+    Framebuffer& buffer_;
+    const Frame& frame_;
+    int shorter_;
+    int thickness_;
+    bool filled_;
+    double radius_;
+    int block_;      ///< side of the corners' blocks
+    int farWidth_;   ///< the same at the right: less by a pixel where an odd side is all arc, which the left block
+    int farHeight_;  ///< has to itself; the same at the bottom
+};
+
+}  // namespace
+
+void paintFrame(Framebuffer& buffer, const Frame& frame) {
+    if (frame.box.intersected(buffer.bounds()).empty()) return;
+    if (frame.thickness <= 0 && (frame.corners & kFilled) == 0) return;
+    FramePainter(buffer, frame).paint();
+}
+
+}  // namespace host

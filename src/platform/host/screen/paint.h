@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/host/geometry.h"
+#include "platform/host/screen/framebuffer.h"
+
+namespace host {
+
+/// Antialiased shape of one colour: `size.w` × `size.h` bytes of coverage, rows `stride` bytes apart.
+struct Coverage {
+    const std::uint8_t* rows;
+    int stride;
+    Size size;
+};
+
+/// A colour as the pixel of one format, ready to be laid down.
+class Paint {
+public:
+    Paint(Rgb colour, PixelFormat format);
+
+    /// Makes `count` pixels of a row this colour.
+    void fill(std::uint8_t* pixels, int count) const;
+    /// Lays the colour over one pixel, 0 (nothing) to 255 (all) of it.
+    void blend(std::uint8_t* pixel, int amount) const;
+
+private:
+    std::uint8_t bytes_[3];
+    int channels_;
+    bool uniform_;  ///< all bytes of a pixel are the same
+};
+
+/// Fills the part of `area` that lies inside the buffer.
+void fillArea(Framebuffer& buffer, Rect area, Rgb colour);
+
+/// Lays the colour over `area`, which lies inside the buffer and under the coverage.
+void tintArea(Framebuffer& buffer, Point topLeft, const Coverage& coverage, Rect area, Rgb colour);
+
+}  // namespace host
