@@ -21,7 +21,7 @@ const fs::path kSource = COLOUR_SOURCE_DIR;
 
 std::vector<fs::path> sessions() {
     std::vector<fs::path> found = {kSource / "docs/first_picture.session"};
-    for (const auto& entry : fs::directory_iterator(kSource / "tests/sessions")) {
+    for (const auto& entry : fs::directory_iterator(kSource / "tests/recorded")) {
         if (entry.path().extension() == ".session") found.push_back(entry.path());
     }
     std::sort(found.begin(), found.end());
@@ -71,11 +71,11 @@ void write(const fs::path& file, const std::vector<std::string>& lines) {
     for (const std::string& line : lines) stream << line << '\n';
 }
 
-class Session : public testing::TestWithParam<fs::path> {};
+class Recorded : public testing::TestWithParam<fs::path> {};
 
 }  // namespace
 
-TEST_P(Session, CrossesTheBorderAsApproved) {
+TEST_P(Recorded, CrossesTheBorderAsApproved) {
     const fs::path session = GetParam();
     const TemporaryFolder folder;
     const fs::path trace = folder.path() / "trace";
@@ -85,7 +85,7 @@ TEST_P(Session, CrossesTheBorderAsApproved) {
     ASSERT_EQ(result.status, 0) << result.errors;
 
     const std::vector<std::string> actual = condensed(linesOf(trace));
-    const fs::path approved = kSource / "tests/sessions" / session.stem().concat(".trace");
+    const fs::path approved = kSource / "tests/recorded" / session.stem().concat(".trace");
     if (std::getenv("COLOUR_APPROVE") != nullptr) write(approved, actual);
     const std::vector<std::string> expected = linesOf(approved);
 
@@ -98,4 +98,4 @@ TEST_P(Session, CrossesTheBorderAsApproved) {
            << "\n  actual:   " << (mine == actual.end() ? "(end)" : *mine) << "\n  whole trace: " << kept.string();
 }
 
-INSTANTIATE_TEST_SUITE_P(Recorded, Session, testing::ValuesIn(sessions()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Session, Recorded, testing::ValuesIn(sessions()), nameOf);
