@@ -20,7 +20,7 @@ namespace {
 constexpr const char* kProgram = "/usr/bin/chromium";
 constexpr int kAnswerLimit = 60 * 1000;  // milliseconds; a loaded machine starts a browser slowly
 
-std::string quoted(const std::string& text) {
+std::string inQuotes(const std::string& text) {
     std::string json = "\"";
     for (const char c : text) {
         if (c == '"' || c == '\\') json += '\\';
@@ -49,7 +49,7 @@ std::string quoted(const std::string& text) {
 }  // namespace
 
 std::string jsonField(const std::string& json, const std::string& name) {
-    const std::string key = quoted(name) + ":\"";
+    const std::string key = inQuotes(name) + ":\"";
     const std::size_t at = json.find(key);
     if (at == std::string::npos) return {};
     const std::size_t begin = at + key.size();
@@ -102,27 +102,29 @@ std::string Chromium::receive() {
 
 std::string Chromium::command(const std::string& method, const std::string& parameters) {
     const std::string id = "{\"id\":" + std::to_string(++commands_) + ",";
-    std::string message = id + "\"method\":" + quoted(method) + ",\"params\":{" + parameters + "}";
-    if (!session_.empty()) message += ",\"sessionId\":" + quoted(session_);
+    std::string message = id + "\"method\":" + inQuotes(method) + ",\"params\":{" + parameters + "}";
+    if (!session_.empty()) message += ",\"sessionId\":" + inQuotes(session_);
     message += '}';
     if (write(to_, message.c_str(), message.size() + 1) < 0) throw std::runtime_error("chromium has ended");
     for (;;) {
         std::string answer = receive();
-        if (answer.compare(0, id.size(), id) == 0) return answer;  // all else are events
+        if (answer.compare(0, id.size(), id) != 0) continue;  // an event
+        if (answer.compare(id.size(), 8, "\"error\":") == 0) throw std::runtime_error(method + ": " + answer);
+        return answer;
     }
 }
 
 void Chromium::open(const std::string& address, host::Size window) {
     const std::string size = "\"width\":" + std::to_string(window.w) + ",\"height\":" + std::to_string(window.h);
-    const std::string target = jsonField(command("Target.createTarget", R"("url":"about:blank",)" + size), "targetId");
-    const std::string attach = R"("flatten":true,"targetId":)" + quoted(target);
+    const std::string target = jsonField(command("Target.createTarget", R"("url":"about:blank")"), "targetId");
+    const std::string attach = R"("flatten":true,"targetId":)" + inQuotes(target);
     session_ = jsonField(command("Target.attachToTarget", attach), "sessionId");
     command("Emulation.setDeviceMetricsOverride", size + R"(,"deviceScaleFactor":1,"mobile":false)");
-    command("Page.navigate", "\"url\":" + quoted(address));
+    command("Page.navigate", "\"url\":" + inQuotes(address));
 }
 
 std::string Chromium::evaluate(const std::string& expression) {
-    return jsonField(command("Runtime.evaluate", "\"expression\":" + quoted("String(" + expression + ")")), "value");
+    return jsonField(command("Runtime.evaluate", "\"expression\":" + inQuotes("String(" + expression + ")")), "value");
 }
 
 bool Chromium::becomesTrue(const std::string& expression) {
@@ -134,14 +136,13 @@ bool Chromium::becomesTrue(const std::string& expression) {
 }
 
 void Chromium::mouse(const std::string& type, host::Point at) {
-    command("Input.dispatchMouseEvent", "\"type\":" + quoted(type) + ",\"x\":" + std::to_string(at.x) +
-                                            ",\"y\":" + std::to_string(at.y) +
-                                            R"(,"button":"left","buttons":1,"clickCount":1)");
+    command("Input.dispatchMouseEvent", "\"type\":" + inQuotes(type) + ",\"x\":" + std::to_string(at.x) + ",\"y\":" +
+                                            std::to_string(at.y) + R"(,"button":"left","buttons":1,"clickCount":1)");
 }
 
 void Chromium::strike(const std::string& key) {
-    command("Input.dispatchKeyEvent", R"("type":"keyDown","key":)" + quoted(key));
-    command("Input.dispatchKeyEvent", R"("type":"keyUp","key":)" + quoted(key));
+    command("Input.dispatchKeyEvent", R"("type":"keyDown","key":)" + inQuotes(key));
+    command("Input.dispatchKeyEvent", R"("type":"keyUp","key":)" + inQuotes(key));
 }
 
 Chromium::Picture Chromium::screenshot() {
