@@ -9,11 +9,19 @@ namespace host {
 
 namespace {
 
-constexpr int kNameSize = 28;   // device-independent units
-constexpr int kRowMargin = 24;  // design units, at both ends of a row
-constexpr int kCorner = 14;     // design units
+constexpr int kNameSize = 28;      // device-independent units, where the name has room
+constexpr int kSmallestName = 18;  // device-independent units
+constexpr int kRowMargin = 24;     // design units, at both ends of a row
+constexpr int kCorner = 14;        // design units
 constexpr int kThinLine = -2;
 constexpr int kThickLine = -3;
+
+/// The font in a smaller size where the text would not fit; at its smallest, the text is cut instead.
+font_s fitted(Text& text, const std::string& line, font_s font, int width) {
+    const int needed = text.measure(line, font, 0).w;
+    if (needed > width) font.size = std::max(font.size * width / needed, kSmallestName);
+    return font;
+}
 
 }  // namespace
 
@@ -92,11 +100,14 @@ void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
     const font_s own{family, kNameSize};
     const TextStyle style{.wrap = Wrap::None, .colour = colour};
     const std::string sample = desk_.text.sample(family);
-    if (sample.empty()) return desk_.text.draw(desk_.screen, inside, family, own, style);
+    if (sample.empty()) {
+        return desk_.text.draw(desk_.screen, inside, family, fitted(desk_.text, family, own, inside.w), style);
+    }
 
-    const font_s plain{desk_.text.defaultFamily(0), kNameSize};
     const int margin = desk_.device.designToPixel(kRowMargin);
-    const int nameWidth = std::min(desk_.text.measure(family, plain, 0).w, inside.w - 2 * inside.h);
+    const int room = inside.w - margin - 2 * inside.h;
+    const font_s plain = fitted(desk_.text, family, {desk_.text.defaultFamily(0), kNameSize}, room);
+    const int nameWidth = std::min(desk_.text.measure(family, plain, 0).w, room);
     const int sampleWidth = std::min(desk_.text.measure(sample, own, 0).w, inside.w - nameWidth - margin);
     desk_.text.draw(desk_.screen, {inside.x, inside.y, nameWidth, inside.h}, family, plain, style);
     const int end = inside.x + inside.w;
