@@ -58,7 +58,7 @@ void WaitForUpdateComplete() {
 
 namespace {
 
-host::Instant dueIn(int milliseconds) { return toolkit().clock.now() + host::Milliseconds(milliseconds); }
+host::Instant dueIn(int milliseconds) { return toolkit().loop.timersCountFrom() + host::Milliseconds(milliseconds); }
 
 }  // namespace
 

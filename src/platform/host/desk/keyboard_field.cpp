@@ -7,7 +7,7 @@ namespace host {
 namespace {
 
 constexpr int kTextSize = 24;    // device-independent units, 160 to the inch
-constexpr int kMargin = 10;      // design units, between frame and text
+constexpr int kMargin = 5;       // design units, from the frame to the clip and from there to the text
 constexpr int kCursorWidth = 4;  // design units
 constexpr int kCorner = 14;      // design units
 constexpr int kThinLine = -2;
@@ -17,7 +17,8 @@ constexpr int kThinLine = -2;
 KeyboardField::KeyboardField(const Desk& desk, Rect box)
     : desk_(desk),
       box_(box),
-      inside_(box.inset(desk.device.frameThickness(kThinLine) + desk.device.designToPixel(kMargin))),
+      clip_(box.inset(desk.device.frameThickness(kThinLine) + desk.device.designToPixel(kMargin))),
+      inside_(clip_.inset(desk.device.designToPixel(kMargin))),
       font_{desk.text.defaultFamily(0), kTextSize},
       block_(desk.text.layOut("", font_, inside_.w)) {}
 
@@ -26,7 +27,7 @@ void KeyboardField::paint() {
     desk_.screen.frame({.box = box_,
                         .thickness = desk_.device.frameThickness(kThinLine),
                         .radius = desk_.device.designToPixel(kCorner)});
-    paintPart(inside_);
+    paintPart(clip_);
 }
 
 Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool emptyAtRight) {
@@ -88,7 +89,7 @@ Rect KeyboardField::cursorBar() const {
 /// Whole rows of the field, and a little more: accents and tall letters reach beyond their line.
 Rect KeyboardField::band(Rect lines) const {
     const int more = lines.h / 6;
-    return Rect{inside_.x, lines.y - more, inside_.w, lines.h + 2 * more}.intersected(inside_);
+    return Rect{clip_.x, lines.y - more, clip_.w, lines.h + 2 * more}.intersected(clip_);
 }
 
 /// The text moves by whole lines, so the first one in sight is never cut; no rows stay empty below while lines are

@@ -47,7 +47,8 @@ private:
 
     Desk desk_;
     Rect box_;
-    Rect inside_;  ///< where text may be
+    Rect clip_;    ///< where marks above and below the text may reach
+    Rect inside_;  ///< where its lines are laid out
     font_s font_;
     std::string text_;
     std::size_t cursor_ = 0;

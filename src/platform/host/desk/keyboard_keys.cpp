@@ -48,9 +48,12 @@ const NamedKey& named(KeyRole role) {
 
 std::filesystem::path layoutDirectory(const Desk& desk) { return desk.theme.directory() / "keyboards"; }
 
-/// A mark that sits on a letter is shown on a dotted circle; alone it would hardly be seen.
+/// A mark that sits on a letter is shown on a carrier of its own script; alone it would hardly be seen.
 std::string labelOf(const std::string& text) {
-    return g_unichar_ismark(g_utf8_get_char(text.c_str())) ? "◌" + text : text;
+    const gunichar first = g_utf8_get_char(text.c_str());
+    if (!g_unichar_ismark(first)) return text;
+    const bool arabic = first >= 0x0600 && first <= 0x06FF;
+    return (arabic ? "ـ" : "◌") + text;
 }
 
 /// The widest row of letters; the third also holds shift and backspace.

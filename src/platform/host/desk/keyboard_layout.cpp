@@ -73,16 +73,15 @@ std::vector<std::string> keysOf(const std::string& row) {
     return {std::istream_iterator<std::string>(stream), {}};
 }
 
-std::string faultOf(const KeyboardPage& base, const KeyboardPage& shifted) {
+/// Why the page cannot be shown; empty when it can. `name` is that of its rows in the file.
+std::string faultOf(const KeyboardPage& page, const std::string& name) {
     for (std::size_t i = 0; i < KeyboardPage::kRows; ++i) {
-        const std::string row = std::to_string(i + 1);
+        const std::string row = name + std::to_string(i + 1);
         const std::size_t most = i == 2 ? kMostSideKeys : kMostKeys;
-        const std::size_t count = base.rows[i].size();
-        if (count == 0) return "base" + row + " has no keys";
-        if (count > most) return "base" + row + " has more than " + std::to_string(most) + " keys";
-        if (shifted.rows[i].size() != count) return "shift" + row + " has not as many keys as base" + row;
+        if (page.rows[i].empty()) return row + " has no keys";
+        if (page.rows[i].size() > most) return row + " has more than " + std::to_string(most) + " keys";
     }
-    if (base.rows[3].size() != kKeysBesideSpace) return "base4 has not two keys";
+    if (page.rows[3].size() != kKeysBesideSpace) return name + "4 has not two keys";
     return {};
 }
 
@@ -104,7 +103,8 @@ std::optional<KeyboardLayout> parsed(const std::string& code, const std::string&
     layout.startsRight = values["starts"] == "right";
     if (layout.name.empty()) layout.name = code;
     if (layout.letters.empty()) layout.letters = layout.base.rows[0].empty() ? code : layout.base.rows[0][0];
-    fault = faultOf(layout.base, layout.shifted);
+    fault = faultOf(layout.base, "base");
+    if (fault.empty()) fault = faultOf(layout.shifted, "shift");
     if (!fault.empty()) return std::nullopt;
     return layout;
 }

@@ -47,6 +47,7 @@ private:
     void layOut();
     void placeButtons(Rect row, const Message& message);
     void paintPanel();
+    void paintParagraph(const Paragraph& paragraph);
     void finish(int button);
 
     Desk desk_;
@@ -103,8 +104,8 @@ void MessageDialog::placeButtons(Rect row, const Message& message) {
 
 void MessageDialog::paint() {
     paintPanel();
-    for (const Paragraph* paragraph : {&title_, &text_})
-        desk_.text.draw(desk_.screen, paragraph->box, paragraph->text, paragraph->font, {});
+    paintParagraph(title_);
+    paintParagraph(text_);
     for (TouchButton& button : buttons_) button.paint(desk_);
 }
 
@@ -114,6 +115,14 @@ void MessageDialog::paintPanel() {
     const int solid = (std::min(area_.w, area_.h) + 1) / 2;
     desk_.screen.frame({.box = area_, .thickness = solid, .corners = 31, .radius = radius, .colour = kWhite});
     desk_.screen.frame({.box = area_, .thickness = desk_.device.frameThickness(kThickLine), .radius = radius});
+}
+
+/// Accents of the first line and tails of the last may reach a little out of the box.
+void MessageDialog::paintParagraph(const Paragraph& paragraph) {
+    const Rect& box = paragraph.box;
+    const int beyond = desk_.device.designToPixel(kGap) / 2;
+    const TextBlock block = desk_.text.layOut(paragraph.text, paragraph.font, box.w);
+    desk_.text.draw(desk_.screen, {box.x, box.y}, block, box.inset(-beyond), kBlack);
 }
 
 void MessageDialog::pointer(int type, Point at) {

@@ -73,6 +73,14 @@ fs::path Storage::resolve(const std::string& devicePath) const {
     return start == std::string_view::npos ? root_ : root_ / path.substr(start);
 }
 
+std::string Storage::devicePath(const std::string& file) const {
+    std::error_code ignored;
+    const fs::path absolute = fs::weakly_canonical(fs::absolute(resolve(file), ignored), ignored);
+    const fs::path inside = absolute.lexically_relative(fs::weakly_canonical(root_, ignored));
+    if (inside.empty() || *inside.begin() == "..") return absolute.string();
+    return (fs::path(kDeviceRoot) / inside).string();
+}
+
 int Storage::access(const char* devicePath, int mode) const {
     return devicePath == nullptr ? -1 : ::access(resolve(devicePath).c_str(), mode);
 }

@@ -30,6 +30,9 @@ public:
 
     [[nodiscard]] std::filesystem::path resolve(const std::string& devicePath) const;
 
+    /// The device path of a file named on the command line; an absolute path when it lies outside the root.
+    [[nodiscard]] std::string devicePath(const std::string& file) const;
+
     /// As the C library's, on device paths: 0 on success, -1 on failure.
     [[nodiscard]] int access(const char* devicePath, int mode) const;
     int unlink(const char* devicePath) const;

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -96,7 +97,8 @@ void Trace::field(TraceColour colour) {
 
 void Trace::field(TraceRounded rounded) {
     line_ += ' ';
-    line_ += printed(rounded.value, std::chars_format::fixed, 0);
+    // Adding zero turns a negative zero into zero.
+    line_ += printed(std::nearbyint(rounded.value) + 0.0, std::chars_format::fixed, 0);
 }
 
 void Trace::field(const char* text) {
