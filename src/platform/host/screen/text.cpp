@@ -157,6 +157,19 @@ void Text::draw(Screen& screen, Rect box, std::string_view utf8, const font_s& f
     engine().drawLines(screen, layout.get(), origin, visible, style.colour);
 }
 
+TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width) {
+    if (engine().catalog.empty()) return TextBlock(nullptr);
+    Owned<PangoLayout> layout = engine().layout(utf8, font, {});
+    pango_layout_set_width(layout.get(), std::clamp(width, 1, kFarthest) * PANGO_SCALE);
+    return TextBlock(layout.release());
+}
+
+void Text::draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour) {
+    const Rect visible = clip.intersected(screen.pixels().bounds());
+    if (block.layout() == nullptr || visible.empty()) return;
+    engine().drawLines(screen, block.layout(), topLeft, visible, colour);
+}
+
 Size Text::measure(std::string_view utf8, const font_s& font, int width) {
     if (engine().catalog.empty()) return {};
     const Owned<PangoLayout> layout = engine().layout(utf8, font, {});

@@ -7,6 +7,7 @@
 
 #include "platform/host/device.h"
 #include "platform/host/screen/screen.h"
+#include "platform/host/screen/text_block.h"
 
 /// The border's font handle: a family and a size in device-independent units (160 to the inch).
 struct font_s {
@@ -48,6 +49,11 @@ public:
     /// Draws UTF-8 text inside `box` and never outside it. Broken UTF-8 shows as replacement characters. A glyph
     /// is at most 1,000 pixels high, whatever the font's size.
     void draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style);
+
+    /// Lays a text out as `draw` with Wrap::Words does in a box of that width.
+    [[nodiscard]] TextBlock layOut(std::string_view utf8, const font_s& font, int width);
+    /// Draws what lies inside `clip` of a laid-out text whose top left corner is at `topLeft`.
+    void draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour);
 
     /// Pixels that the text takes in a box of that width (0: as wide as it likes, lines broken only at line ends).
     [[nodiscard]] Size measure(std::string_view utf8, const font_s& font, int width);
