@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
-#include <sanitizer/allocator_interface.h>
 
 #include "support/app.h"
+
+// Of the sanitizers' runtime, under which the tests run.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 

@@ -87,12 +87,10 @@ TEST_F(Picture, IsDeletedOnlyByTheSecondAnswer) {
     savePicture(app.file(kPath), 40, 40, 0x40);
     app.open(kPath);
     app.tap(1341, 50);
-    ASSERT_TRUE(App::kit().modals.top()->answer(1));
-    App::kit().loop.closeModals();
+    app.answer(1);
     EXPECT_TRUE(fs::exists(app.file(kPath)));
     app.tap(1341, 50);
-    ASSERT_TRUE(App::kit().modals.top()->answer(2));
-    App::kit().loop.closeModals();
+    app.answer(2);
     EXPECT_FALSE(fs::exists(app.file(kPath)));
     EXPECT_EQ(App::pixel(702, 990), kWhite);
 }

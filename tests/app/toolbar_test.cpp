@@ -42,7 +42,7 @@ TEST(Toolbar, MarksTheToolAndKeepsTheMarkForCommands) {
     app.calls();
     app.tap(1078, 50);
     app.event(EventType::Redraw, 0, 0);
-    EXPECT_THAT(app.calls(), Contains("DrawFrameRectCertifiedEx 551 100 128 8 8 15 31 4 0x000000 0xFFFFFF"));
+    EXPECT_THAT(app.calls(), Contains("DrawFrameRectCertifiedEx 505 100 128 8 8 15 31 4 0x000000 0xFFFFFF"));
 }
 
 TEST(Toolbar, StartsBlackOnAGreyPanel) {

@@ -43,6 +43,11 @@ public:
         up(x, y);
     }
 
+    /// Presses a button of the open dialog.
+    void answer(int button) {
+        kit().loop.command([button](host::Modal& modal) { return modal.answer(button); });
+    }
+
     /// The trace lines since the last call.
     std::vector<std::string> calls() {
         std::ifstream trace(tracePath());

@@ -34,10 +34,8 @@ void handle(int) {
 }  // namespace
 
 EndSignals::EndSignals(std::function<void()> ask) : ask_(std::move(ask)) {
-    std::array<int, 2> ends{-1, -1};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return;  // no descriptors left: the signals keep their plain effect
-    handlerPipe = ends[1];
-    wakeup_ = ends[0];
+    if (pipe2(pipe_.data(), O_CLOEXEC) != 0) return;  // no descriptors left: the signals keep their plain effect
+    outerPipe_ = handlerPipe.exchange(pipe_[1]);
     watcher_ = std::thread([this] { watch(); });
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         struct sigaction action {};
@@ -52,17 +50,16 @@ EndSignals::EndSignals(std::function<void()> ask) : ask_(std::move(ask)) {
 EndSignals::~EndSignals() {
     if (!watcher_.joinable()) return;
     for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &before_[i], nullptr);
-    const int pipe = handlerPipe.exchange(-1);
-    send(pipe, kFinished);
+    handlerPipe = outerPipe_;
+    send(pipe_[1], kFinished);
     watcher_.join();
-    close(pipe);
-    close(wakeup_);
+    for (const int end : pipe_) close(end);
 }
 
 void EndSignals::watch() {
     for (;;) {
         char what = 0;
-        const ssize_t got = read(wakeup_, &what, 1);
+        const ssize_t got = read(pipe_[0], &what, 1);
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0 || what == kFinished) return;
         ask_();

@@ -32,8 +32,11 @@ bool isCode(const std::string& code) {
     return !code.empty() && std::all_of(code.begin(), code.end(), [](char c) { return c >= 'a' && c <= 'z'; });
 }
 
-IniValues readLanguage(const std::filesystem::path& directory, const std::string& code) {
-    const std::filesystem::path file = directory / (code + ".ini");
+std::filesystem::path fileOf(const std::filesystem::path& directory, const std::string& code) {
+    return directory / (code + ".ini");
+}
+
+IniValues readLanguage(const std::filesystem::path& file) {
     std::optional<IniValues> texts = readIniFile(file);
     if (!texts) std::cerr << "colour: " << file.string() << ": the language file cannot be read\n";
     return std::move(texts).value_or(IniValues{});
@@ -42,17 +45,17 @@ IniValues readLanguage(const std::filesystem::path& directory, const std::string
 }  // namespace
 
 Languages::Languages(const std::filesystem::path& directory, const std::string& code)
-    : code_(kEnglish), texts_(readLanguage(directory, kEnglish)) {
+    : code_(kEnglish), texts_(readLanguage(fileOf(directory, kEnglish))) {
     const std::string wanted = code.empty() ? languageOfEnvironment() : languageOf(code);
     if (wanted == kEnglish) return;
-    if (!isCode(wanted)) {
-        std::cerr << "colour: " << wanted << ": not a language code; English is used\n";
+    std::error_code error;
+    if (!isCode(wanted) || !std::filesystem::exists(fileOf(directory, wanted), error)) {
+        // A machine may well speak a language that has no file here; only a choice made for this program is told.
+        if (!code.empty()) std::cerr << "colour: " << code << ": no such language here; English is used\n";
         return;
     }
-    IniValues texts = readLanguage(directory, wanted);
-    if (texts.empty()) return;
     code_ = wanted;
-    for (auto& [key, text] : texts) texts_[key] = std::move(text);
+    for (auto& [key, text] : readLanguage(fileOf(directory, wanted))) texts_[key] = std::move(text);
 }
 
 const std::string& Languages::text(const std::string& key) const {

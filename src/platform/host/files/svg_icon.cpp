@@ -12,8 +12,9 @@ namespace host {
 
 namespace {
 
-/// Samples per pixel and side. The SVG library takes five lines a pixel, which shows as steps in flat curves.
-constexpr int kSamples = 4;
+/// Samples per pixel and side. The SVG library covers a sample in five lines, too few for one pixel: flat curves
+/// would show steps.
+constexpr int kSamples = 2;
 constexpr std::uintmax_t kLargestFile = 1 << 20;
 constexpr int kLargestSide = 4096;
 /// A drawing on its grid that would fill less than this part of the picture is stretched over it instead: on a
@@ -58,9 +59,9 @@ std::string readDocument(const std::filesystem::path& file, std::string& error) 
 
 SurfacePtr rasterise(const std::string& document, Size size) {
     SDL_RWops* stream = SDL_RWFromConstMem(document.data(), static_cast<int>(document.size()));
-    const SurfacePtr drawing(IMG_LoadSizedSVG_RW(stream, size.w, size.h));
+    SurfacePtr drawing(IMG_LoadSizedSVG_RW(stream, size.w, size.h));
     SDL_RWclose(stream);
-    if (drawing == nullptr || drawing->w < 1 || drawing->h < 1) return nullptr;
+    if (drawing == nullptr || drawing->format->format == SDL_PIXELFORMAT_RGBA32) return drawing;
     return SurfacePtr(SDL_ConvertSurfaceFormat(drawing.get(), SDL_PIXELFORMAT_RGBA32, 0));
 }
 

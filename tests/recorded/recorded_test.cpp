@@ -21,7 +21,7 @@ const fs::path kSource = COLOUR_SOURCE_DIR;
 
 std::vector<fs::path> sessions() {
     std::vector<fs::path> found = {kSource / "docs/first_picture.session"};
-    for (const auto& entry : fs::directory_iterator(kSource / "tests/sessions")) {
+    for (const auto& entry : fs::directory_iterator(kSource / "tests/recorded")) {
         if (entry.path().extension() == ".session") found.push_back(entry.path());
     }
     std::sort(found.begin(), found.end());
@@ -66,16 +66,26 @@ std::vector<std::string> condensed(const std::vector<std::string>& lines) {
     return result;
 }
 
+// The way to the first repaint is the same for all sessions on one panel; these two show it.
+bool showsOpening(const fs::path& session) {
+    return session.stem() == "first_picture" || session.stem() == "grey_panel";
+}
+
+std::vector<std::string> withoutOpening(const std::vector<std::string>& lines) {
+    const auto repainted = std::find(lines.begin(), lines.end(), "< 1");
+    return {repainted == lines.end() ? lines.begin() : repainted + 1, lines.end()};
+}
+
 void write(const fs::path& file, const std::vector<std::string>& lines) {
     std::ofstream stream(file);
     for (const std::string& line : lines) stream << line << '\n';
 }
 
-class Session : public testing::TestWithParam<fs::path> {};
+class Recorded : public testing::TestWithParam<fs::path> {};
 
 }  // namespace
 
-TEST_P(Session, CrossesTheBorderAsApproved) {
+TEST_P(Recorded, CrossesTheBorderAsApproved) {
     const fs::path session = GetParam();
     const TemporaryFolder folder;
     const fs::path trace = folder.path() / "trace";
@@ -84,8 +94,9 @@ TEST_P(Session, CrossesTheBorderAsApproved) {
                     (folder.path() / "storage").string(), "--script", session.string(), "--trace", trace.string()});
     ASSERT_EQ(result.status, 0) << result.errors;
 
-    const std::vector<std::string> actual = condensed(linesOf(trace));
-    const fs::path approved = kSource / "tests/sessions" / session.stem().concat(".trace");
+    std::vector<std::string> actual = condensed(linesOf(trace));
+    if (!showsOpening(session)) actual = withoutOpening(actual);
+    const fs::path approved = kSource / "tests/recorded" / session.stem().concat(".trace");
     if (std::getenv("COLOUR_APPROVE") != nullptr) write(approved, actual);
     const std::vector<std::string> expected = linesOf(approved);
 
@@ -98,4 +109,4 @@ TEST_P(Session, CrossesTheBorderAsApproved) {
            << "\n  actual:   " << (mine == actual.end() ? "(end)" : *mine) << "\n  whole trace: " << kept.string();
 }
 
-INSTANTIATE_TEST_SUITE_P(Recorded, Session, testing::ValuesIn(sessions()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Session, Recorded, testing::ValuesIn(sessions()), nameOf);
