@@ -55,7 +55,10 @@ std::size_t TextBlock::offsetAt(Point at) const {
 
 bool TextBlock::readsFromRight(std::size_t offset) const {
     if (layout_ == nullptr) return false;
-    return pango_layout_get_direction(layout_.get(), static_cast<int>(offset)) == PANGO_DIRECTION_RTL;
+    int line = 0;
+    pango_layout_index_to_line_x(layout_.get(), static_cast<int>(offset), FALSE, &line, nullptr);
+    PangoLayoutLine* found = pango_layout_get_line_readonly(layout_.get(), line);
+    return pango_layout_line_get_resolved_direction(found) == PANGO_DIRECTION_RTL;
 }
 
 }  // namespace host
