@@ -66,6 +66,16 @@ std::vector<std::string> condensed(const std::vector<std::string>& lines) {
     return result;
 }
 
+// The way to the first repaint is the same for all sessions on one panel; these two show it.
+bool showsOpening(const fs::path& session) {
+    return session.stem() == "first_picture" || session.stem() == "grey_panel";
+}
+
+std::vector<std::string> withoutOpening(const std::vector<std::string>& lines) {
+    const auto repainted = std::find(lines.begin(), lines.end(), "< 1");
+    return {repainted == lines.end() ? lines.begin() : repainted + 1, lines.end()};
+}
+
 void write(const fs::path& file, const std::vector<std::string>& lines) {
     std::ofstream stream(file);
     for (const std::string& line : lines) stream << line << '\n';
@@ -84,7 +94,8 @@ TEST_P(Recorded, CrossesTheBorderAsApproved) {
                     (folder.path() / "storage").string(), "--script", session.string(), "--trace", trace.string()});
     ASSERT_EQ(result.status, 0) << result.errors;
 
-    const std::vector<std::string> actual = condensed(linesOf(trace));
+    std::vector<std::string> actual = condensed(linesOf(trace));
+    if (!showsOpening(session)) actual = withoutOpening(actual);
     const fs::path approved = kSource / "tests/recorded" / session.stem().concat(".trace");
     if (std::getenv("COLOUR_APPROVE") != nullptr) write(approved, actual);
     const std::vector<std::string> expected = linesOf(approved);

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <vector>
-
 #include "platform/host/geometry.h"
 #include "platform/host/screen/framebuffer.h"
 #include "platform/host/screen/ink_memory.h"
+#include "platform/host/screen/stroke_row.h"
 #include "platform/splines.h"
 
 namespace host {
@@ -28,7 +25,7 @@ public:
 
 private:
     InkMemory memory_;
-    std::vector<float> distances_;  ///< squared, of the pixels of the row that is being drawn
+    StrokeRow row_;
     Rgb colour_ = kBlack;
 };
 

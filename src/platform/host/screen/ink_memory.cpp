@@ -18,11 +18,10 @@ InkMemory::InkMemory(Size size)
       covered_(static_cast<std::size_t>(size.w) * static_cast<std::size_t>(size.h)),
       inkedTiles_(static_cast<std::size_t>(tileColumns_) * static_cast<std::size_t>(tilesAcross(size.h))) {}
 
-std::uint8_t* InkMemory::touchRow(int y, int left, int right) {
+void InkMemory::touch(int y, int left, int right) {
     std::uint8_t* tiles = inkedTiles_.data() + static_cast<std::ptrdiff_t>(y >> kTileBits) * tileColumns_;
     for (int tile = left >> kTileBits; tile <= right >> kTileBits; ++tile) tiles[tile] = 1;
     touched_ = touched_.united({left, y, right - left + 1, 1});
-    return covered_.data() + static_cast<std::ptrdiff_t>(y) * size_.w;
 }
 
 void InkMemory::forget(Rect area) {
@@ -30,11 +29,13 @@ void InkMemory::forget(Rect area) {
     if (known.empty()) return;
     const int lastTileRow = static_cast<int>(known.bottom() - 1) >> kTileBits;
     const int lastTileColumn = static_cast<int>(known.right() - 1) >> kTileBits;
-    for (int row = known.y >> kTileBits; row <= lastTileRow; ++row) {
+    for (int tileRow = known.y >> kTileBits; tileRow <= lastTileRow; ++tileRow) {
         for (int column = known.x >> kTileBits; column <= lastTileColumn; ++column) {
-            std::uint8_t& inked = inkedTiles_[static_cast<std::size_t>(row * tileColumns_ + column)];
+            std::uint8_t& inked =
+                inkedTiles_[static_cast<std::size_t>(tileRow) * static_cast<std::size_t>(tileColumns_) +
+                            static_cast<std::size_t>(column)];
             if (inked == 0) continue;
-            const Rect tile = Rect{column * kTile, row * kTile, kTile, kTile}.intersected(touched_);
+            const Rect tile = Rect{column * kTile, tileRow * kTile, kTile, kTile}.intersected(touched_);
             const Rect part = tile.intersected(known);
             clear(part);
             if (part == tile) inked = 0;
@@ -44,10 +45,7 @@ void InkMemory::forget(Rect area) {
 }
 
 void InkMemory::clear(Rect area) {
-    for (int y = area.y; y < area.bottom(); ++y) {
-        std::memset(covered_.data() + static_cast<std::ptrdiff_t>(y) * size_.w + area.x, 0,
-                    static_cast<std::size_t>(area.w));
-    }
+    for (int y = area.y; y < area.bottom(); ++y) std::memset(row(y) + area.x, 0, static_cast<std::size_t>(area.w));
 }
 
 }  // namespace host

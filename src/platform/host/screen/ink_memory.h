@@ -15,8 +15,10 @@ public:
 
     [[nodiscard]] Size size() const { return size_; }
 
-    /// Coverage of the pixels of row y, to be raised in the columns `left` .. `right`, which lie inside.
-    [[nodiscard]] std::uint8_t* touchRow(int y, int left, int right);
+    /// Coverage of the pixels of row y. What is raised there must be touched too.
+    [[nodiscard]] std::uint8_t* row(int y) { return covered_.data() + static_cast<std::ptrdiff_t>(y) * size_.w; }
+    /// Tells that coverage is raised in row y, in the columns `left` .. `right`, which lie inside.
+    void touch(int y, int left, int right);
 
     /// Forgets the ink inside `area`. The cost follows the ink in it, not the area.
     void forget(Rect area);

@@ -10,37 +10,40 @@ namespace {
 using lumora::graphics::CubicSpline;
 using lumora::graphics::PointD;
 
-constexpr double kFlatness = 0.01;  // pixels between the curve and its steps: less than 3 of 255 levels
+constexpr double kMostBow = 0.1;     // pixels that a step may rise over its chord
+constexpr double kFlatness = 0.005;  // pixels between the curve and its steps: little more than one of 255 levels
 
 double value(const CubicSpline& piece, double t) { return piece.a + t * (piece.b + t * (piece.c + t * piece.d)); }
 
-/// Steps needed for a curve: a chord over h of a curve with second derivative m strays from it by m × h² / 8.
-std::size_t stepsFor(const CubicSpline& x, const CubicSpline& y, std::size_t most) {
+/// Steps needed for a curve. A chord over h of a curve with second derivative m is m × h² / 8 away from it, and a
+/// parabola through three points of a cubic strays from it by √3/36 × d × h³.
+double stepsFor(const CubicSpline& x, const CubicSpline& y) {
     const double bendAtStart = std::hypot(2 * x.c, 2 * y.c);
     const double bendAtEnd = std::hypot(2 * x.c + 6 * x.d * x.length, 2 * y.c + 6 * y.d * y.length);
-    const double bend = std::max(bendAtStart, bendAtEnd);
-    const double steps = std::ceil(x.length * std::sqrt(bend / (8 * kFlatness)));
-    return static_cast<std::size_t>(std::clamp(steps, 1.0, static_cast<double>(most)));
+    const double forBow = std::sqrt(std::max(bendAtStart, bendAtEnd) / (8 * kMostBow));
+    const double forShape = std::cbrt(0.0481 * std::hypot(x.d, y.d) / kFlatness);
+    return std::ceil(x.length * std::max(forBow, forShape));
 }
 
-bool finite(const CubicSpline& piece) {
-    return std::isfinite(value(piece, piece.length)) && std::isfinite(piece.a) && piece.length >= 0;
-}
+bool finite(const CubicSpline& piece) { return std::isfinite(piece.a) && std::isfinite(value(piece, piece.length)); }
 
 }  // namespace
 
-StrokeStep::StrokeStep(PointD from, PointD to)
-    : start_(from),
-      unit_{1, 0},
-      length_(std::hypot(to.x - from.x, to.y - from.y)),
-      top_(std::min(from.y, to.y)),
-      bottom_(std::max(from.y, to.y)) {
-    if (length_ > 0) unit_ = {(to.x - from.x) / length_, (to.y - from.y) / length_};
+StrokeStep::StrokeStep(PointD from, PointD middle, PointD to)
+    : start_(from), unit_{1, 0}, length_(std::hypot(to.x - from.x, to.y - from.y)), bend_(0) {
+    if (length_ > 0) {
+        unit_ = {(to.x - from.x) / length_, (to.y - from.y) / length_};
+        const double rise = (middle.y - from.y) * unit_.x - (middle.x - from.x) * unit_.y;
+        // A turning point within the step is no parabola over its chord.
+        bend_ = std::clamp(rise, -kMostBow, kMostBow) * 4 / (length_ * length_);
+    }
+    bow_ = std::abs(bend_) * length_ * length_ / 4;
     perRow_ = unit_.y == 0 ? 0 : 1 / unit_.y;
 }
 
 StrokeStep::Extent StrokeStep::extent(double y, double radius) const {
-    // The outermost disc on the row is the one whose rim touches the row where the step's own side does, or that
+    if (radius < 0) return {1, 0};
+    // The outermost disc on the row is the one whose rim touches the row where the chord's own side does, or that
     // of an end where the side does not reach the row.
     const double side = radius * (unit_.y > 0 ? unit_.x : -unit_.x);
     const double dy = y - start_.y;
@@ -59,20 +62,52 @@ StrokeStep::Extent StrokeStep::extent(double y, double radius) const {
             start_.x + rightAlong * unit_.x + std::sqrt(rightHalf)};
 }
 
-StrokePath::StrokePath(const CubicSpline& x, const CubicSpline& y, int resolution) {
+void StrokeStep::approach(float* squared, int x, int y) const {
+    // Places are rounded to floats only when they are relative to the step, so steps that come from far off the
+    // screen stay exact on it.
+    const double dx = x - start_.x;
+    const double dy = y - start_.y;
+    const double along = dx * unit_.x + dy * unit_.y;
+    const auto fromStart = static_cast<float>(along);
+    const auto fromEnd = static_cast<float>(along - length_);
+    const auto across = static_cast<float>(dy * unit_.x - dx * unit_.y);
+    const auto stepAlong = static_cast<float>(unit_.x);
+    const auto stepAcross = static_cast<float>(-unit_.y);
+    const auto bend = static_cast<float>(bend_);
+    for (int i = 0; i < kBlock; ++i) {
+        const auto steps = static_cast<float>(i);
+        const float start = fromStart + steps * stepAlong;
+        const float end = fromEnd + steps * stepAlong;
+        const float side = across + steps * stepAcross;
+        // Across the chord the distance is that to the parabola, which looks flatter from outside the bend and
+        // rounder from inside; beyond its ends there is no rise.
+        const float past = (start < 0 ? start : 0) + (end > 0 ? end : 0);
+        const float rise = bend * (start > 0 ? start : 0) * (end < 0 ? -end : 0) * (1 - 2 * bend * side);
+        const float distance = (side - rise) * (side - rise) + past * past;
+        squared[i] = distance < squared[i] ? distance : squared[i];
+    }
+}
+
+StrokePath::StrokePath(const CubicSpline& x, const CubicSpline& y, int resolution)
+    : topLeft_{x.a, y.a}, bottomRight_{x.a, y.a} {
     if (!finite(x) || !finite(y)) return;
-    count_ = stepsFor(
-        x, y, std::clamp<std::size_t>(resolution > 0 ? static_cast<std::size_t>(resolution) : 1, 1, kMostSteps));
+    const double most = std::clamp<double>(resolution, 1, kMostSteps);
+    count_ = static_cast<std::size_t>(std::clamp(stepsFor(x, y), 1.0, most));
+    const double half = x.length / static_cast<double>(2 * count_);
     PointD from{x.a, y.a};
-    topLeft_ = bottomRight_ = from;
     for (std::size_t i = 0; i < count_; ++i) {
-        const double t = x.length * static_cast<double>(i + 1) / static_cast<double>(count_);
-        const PointD to{value(x, t), value(y, t)};
-        steps_[i] = StrokeStep(from, to);
-        topLeft_ = {std::min(topLeft_.x, to.x), std::min(topLeft_.y, to.y)};
-        bottomRight_ = {std::max(bottomRight_.x, to.x), std::max(bottomRight_.y, to.y)};
+        const double middle = half * static_cast<double>(2 * i + 1);
+        const PointD to{value(x, middle + half), value(y, middle + half)};
+        steps_[i] = StrokeStep(from, {value(x, middle), value(y, middle)}, to);
+        include(from, steps_[i].bow());
+        include(to, steps_[i].bow());
         from = to;
     }
+}
+
+void StrokePath::include(PointD point, double margin) {
+    topLeft_ = {std::min(topLeft_.x, point.x - margin), std::min(topLeft_.y, point.y - margin)};
+    bottomRight_ = {std::max(bottomRight_.x, point.x + margin), std::max(bottomRight_.y, point.y + margin)};
 }
 
 }  // namespace host

@@ -1,18 +1,20 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <span>
 
 #include "platform/splines.h"
 
 namespace host {
 
-/// One straight step of a stroke: the points from its start along a unit vector, and those around them.
+/// One slightly bent step of a stroke: a chord, and the parabola over it that rises by `bow` pixels in its middle.
 class StrokeStep {
 public:
+    /// Unset: a path holds room for many more steps than most pieces need.
     StrokeStep() = default;
-    StrokeStep(lumora::graphics::PointD from, lumora::graphics::PointD to);
+    /// From one point of a curve to another, past the curve's own middle between them.
+    StrokeStep(lumora::graphics::PointD from, lumora::graphics::PointD middle, lumora::graphics::PointD to);
 
     /// Ends of the step's part of a row; `left` is larger than `right` where the row misses it.
     struct Extent {
@@ -20,20 +22,16 @@ public:
         double right;
     };
 
-    /// Where the row `y` lies within `radius` of the step.
+    /// Where the row `y` lies within `radius` of the chord.
     [[nodiscard]] Extent extent(double y, double radius) const;
 
-    /// True where the row lies within `radius` of the step's rows.
-    [[nodiscard]] bool reaches(double y, double radius) const { return y > top_ - radius && y < bottom_ + radius; }
+    /// How far the curve strays from the chord.
+    [[nodiscard]] double bow() const { return bow_; }
 
-    [[nodiscard]] double squaredDistance(double x, double y) const {
-        const double dx = x - start_.x;
-        const double dy = y - start_.y;
-        const double along = clampAlong(dx * unit_.x + dy * unit_.y);
-        const double restX = dx - along * unit_.x;
-        const double restY = dy - along * unit_.y;
-        return restX * restX + restY * restY;
-    }
+    /// Lowers `squared[i]`, the squared distance of the pixel (x + i, y), to that from this step, for as many
+    /// pixels as the machine handles in one go.
+    static constexpr int kBlock = 4;
+    void approach(float* squared, int x, int y) const;
 
 private:
     [[nodiscard]] double clampAlong(double along) const {
@@ -41,36 +39,36 @@ private:
         return low > length_ ? length_ : low;
     }
 
-    // Left unset by the default constructor: a path holds room for many more steps than most pieces need.
     lumora::graphics::PointD start_;
     lumora::graphics::PointD unit_;
     double length_;
-    double top_;
-    double bottom_;
-    double perRow_;  ///< length of the step from one row to the next, signed; 0 on a level step
+    double perRow_;  ///< length of the chord from one row to the next, signed; 0 on a level chord
+    double bend_;    ///< half the curvature, 1 / pixels, signed
+    double bow_;
 };
 
-/// A piece of a stroke as straight steps that stay within a hundredth of a pixel of its curve, as far as the
-/// number of steps allows.
+/// A piece of a stroke as bent steps, as few as follow its curve to about a hundredth of a pixel.
 class StrokePath {
 public:
+    /// `resolution` is the largest number of steps.
     StrokePath(const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y, int resolution);
 
-    /// False when a coefficient is not finite; there are no steps then.
-    [[nodiscard]] bool valid() const { return count_ > 0; }
+    /// Empty when a coefficient is not finite.
     [[nodiscard]] std::span<const StrokeStep> steps() const { return {steps_.data(), count_}; }
 
-    /// The path's own box, without the stroke's width.
+    /// A box around the path, without the stroke's width.
     [[nodiscard]] lumora::graphics::PointD topLeft() const { return topLeft_; }
     [[nodiscard]] lumora::graphics::PointD bottomRight() const { return bottomRight_; }
 
 private:
     static constexpr std::size_t kMostSteps = 100;
 
+    void include(lumora::graphics::PointD point, double margin);
+
     std::array<StrokeStep, kMostSteps> steps_;
     std::size_t count_ = 0;
-    lumora::graphics::PointD topLeft_{};
-    lumora::graphics::PointD bottomRight_{};
+    lumora::graphics::PointD topLeft_;
+    lumora::graphics::PointD bottomRight_;
 };
 
 }  // namespace host

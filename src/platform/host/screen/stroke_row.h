@@ -1,0 +1,57 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/host/screen/stroke_path.h"
+
+namespace host {
+
+/// Columns `left` .. `right` of a row; none while `left` is the larger one.
+struct Columns {
+    int left = 0;
+    int right = -1;
+
+    [[nodiscard]] bool empty() const { return left > right; }
+};
+
+/// The columns of a screen `width` pixels wide whose middles lie between two places of any value.
+[[nodiscard]] Columns columnsBetween(double left, double right, int width);
+
+/// The end of a stroke's ink: coverage falls from all to nothing in a band one pixel wide around its edge.
+struct Nib {
+    explicit Nib(int width) : outer(width / 2.0 + 0.5), inner(width / 2.0 - 0.5) {}
+
+    double outer;
+    double inner;
+};
+
+/// Squared distances of one row's pixels to a path. A row cuts the inside of a step in one run of pixels, which
+/// need no distances; only those of the rim are measured.
+class StrokeRow {
+public:
+    explicit StrokeRow(int screenWidth);
+
+    /// Starts row `y`, which no step has reached yet.
+    void begin(int y);
+    void approach(const StrokeStep& step, const Nib& nib);
+
+    /// All pixels that the path may reach.
+    [[nodiscard]] Columns columns() const { return columns_; }
+    /// A run of them that lies wholly inside and has no distances.
+    [[nodiscard]] Columns solid() const { return solid_; }
+    [[nodiscard]] float squaredDistance(int x) const { return distances_[static_cast<std::size_t>(x)]; }
+
+private:
+    void include(Columns span, float nothing);
+    void measure(const StrokeStep& step, Columns span);
+    void addSolid(Columns inside);
+    void fill(Columns span, float distance);
+
+    int screenWidth_;
+    int y_ = 0;
+    Columns columns_;
+    Columns solid_;
+    std::vector<float> distances_;
+};
+
+}  // namespace host
