@@ -12,6 +12,7 @@ using lumora::graphics::CubicSpline;
 using lumora::graphics::PointD;
 
 constexpr double kMostBow = 0.1;     // pixels that a step may rise over its chord
+constexpr double kMostTurn = 0.2;    // radians that a step may turn, about: more is no parabola
 constexpr double kFlatness = 0.005;  // pixels between the curve and its steps: little more than one of 255 levels
 
 /// Pixels side by side, in one register.
@@ -28,9 +29,11 @@ double value(const CubicSpline& piece, double t) { return piece.a + t * (piece.b
 double stepsFor(const CubicSpline& x, const CubicSpline& y) {
     const double bendAtStart = lengthOf(2 * x.c, 2 * y.c);
     const double bendAtEnd = lengthOf(2 * x.c + 6 * x.d * x.length, 2 * y.c + 6 * y.d * y.length);
-    const double forBow = x.length * std::sqrt(std::max(bendAtStart, bendAtEnd) / (8 * kMostBow));
+    const double bend = std::max(bendAtStart, bendAtEnd);
+    const double forBow = x.length * std::sqrt(bend / (8 * kMostBow));
+    const double forTurn = x.length * bend / kMostTurn;
     const double stray = 0.0481 * lengthOf(x.d, y.d) * x.length * x.length * x.length / kFlatness;
-    return std::ceil(std::max(forBow, stray > 1 ? std::cbrt(stray) : 1));
+    return std::ceil(std::max({forBow, forTurn, stray > 1 ? std::cbrt(stray) : 1}));
 }
 
 bool finite(const CubicSpline& piece) { return std::isfinite(piece.a) && std::isfinite(value(piece, piece.length)); }
