@@ -91,6 +91,11 @@ public:
     }
 
     void flush() override {
+        if (uncovered_) {
+            // Uncovering and resizing tell many times what one painting answers.
+            SDL_PumpEvents();
+            SDL_FlushEvent(SDL_WINDOWEVENT);
+        }
         SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
         if (surface == nullptr) return;
         if (Size{surface->w, surface->h} != view_.window()) layOut({surface->w, surface->h});
