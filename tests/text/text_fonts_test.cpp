@@ -50,6 +50,13 @@ TEST_F(TextFonts, FamiliesAreSortedAndFreeOfCommas) {
     EXPECT_LT(dejavu, std::find(families.begin(), families.end(), "Noto Sans"));
 }
 
+TEST_F(TextFonts, OnlyFamiliesWithoutTheirNamesLettersHaveASample) {
+    EXPECT_EQ(text_.sample("DejaVu Sans"), "");
+    EXPECT_EQ(text_.sample("No Such Font"), "");
+    EXPECT_EQ(text_.sample("Noto Sans Thai"), "กขฃคฅฆ");
+    EXPECT_FALSE(text_.sample("Noto Sans Symbols2").empty());
+}
+
 /// A machine whose only fonts are those in `folder`.
 void useFontsIn(const std::string& folder) {
     const std::string path = testing::TempDir() + "text_fonts.conf";

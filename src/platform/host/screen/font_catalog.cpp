@@ -2,12 +2,13 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <memory>
 #include <utility>
+
+#include "platform/host/screen/font_set.h"
 
 // Present in sanitized builds only.
 extern "C" [[gnu::weak]] void __lsan_disable();  // NOLINT(bugprone-reserved-identifier)
-extern "C" [[gnu::weak]] void __lsan_enable();  // NOLINT(bugprone-reserved-identifier)
+extern "C" [[gnu::weak]] void __lsan_enable();   // NOLINT(bugprone-reserved-identifier)
 
 namespace host {
 namespace {
@@ -16,17 +17,6 @@ constexpr const char* kOutlinesOnly = R"(<fontconfig><selectfont><rejectfont>
     <pattern><patelt name="color"><bool>true</bool></patelt></pattern>
     <pattern><patelt name="outline"><bool>false</bool></patelt></pattern>
 </rejectfont></selectfont></fontconfig>)";
-
-template <typename T, void (*destroy)(T*)>
-struct Destroy {
-    void operator()(T* object) const { destroy(object); }
-};
-using PatternPtr = std::unique_ptr<FcPattern, Destroy<FcPattern, FcPatternDestroy>>;
-using FontSetPtr = std::unique_ptr<FcFontSet, Destroy<FcFontSet, FcFontSetDestroy>>;
-using ObjectSetPtr = std::unique_ptr<FcObjectSet, Destroy<FcObjectSet, FcObjectSetDestroy>>;
-
-const FcChar8* bytes(const std::string& text) { return reinterpret_cast<const FcChar8*>(text.c_str()); }
-const FcChar8* bytes(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
 
 /// Family name number `index` of the font; empty beyond the last.
 std::string familyName(const FcPattern* font, int index) {
@@ -53,7 +43,7 @@ FcConfig* loadConfig() {
     const LeaksUnchecked whileParsing;
     FcConfig* config = FcInitLoadConfig();
     if (config == nullptr) config = FcConfigCreate();
-    FcConfigParseAndLoadFromMemory(config, bytes(kOutlinesOnly), FcTrue);
+    FcConfigParseAndLoadFromMemory(config, fontconfigText(kOutlinesOnly), FcTrue);
     FcConfigBuildFonts(config);
     FcConfigSetCurrent(config);
     return config;
@@ -81,7 +71,7 @@ const std::string& FontCatalog::resolve(const std::string& family) const {
     if (const auto name = names_.find(family); name != names_.end()) return *name;
     constexpr std::pair<const char*, int> kGeneric[] = {{"Serif", 1}, {"Monospace", 2}, {"Mono", 2}};
     for (const auto& [name, index] : kGeneric) {
-        if (FcStrCmpIgnoreCase(bytes(family), bytes(name)) == 0) return defaultFamily(index);
+        if (FcStrCmpIgnoreCase(fontconfigText(family.c_str()), fontconfigText(name)) == 0) return defaultFamily(index);
     }
     return defaultFamily(0);
 }
@@ -91,7 +81,7 @@ const std::string& FontCatalog::defaultFamily(int index) const {
 }
 
 bool FontCatalog::CaseBlind::operator()(const std::string& a, const std::string& b) const {
-    return FcStrCmpIgnoreCase(bytes(a), bytes(b)) < 0;
+    return FcStrCmpIgnoreCase(fontconfigText(a.c_str()), fontconfigText(b.c_str())) < 0;
 }
 
 void FontCatalog::listFamilies() {
@@ -114,7 +104,7 @@ std::string FontCatalog::chooseDefault(const char* generic, const std::vector<st
         if (names_.contains(family)) return family;
     }
     const PatternPtr wanted(FcPatternCreate());
-    FcPatternAddString(wanted.get(), FC_FAMILY, bytes(generic));
+    FcPatternAddString(wanted.get(), FC_FAMILY, fontconfigText(generic));
     FcConfigSubstitute(config(), wanted.get(), FcMatchPattern);
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultNoMatch;

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "platform/host/screen/font_catalog.h"
+#include "platform/host/screen/font_sample.h"
 #include "platform/host/screen/text_repair.h"
 
 namespace host {
@@ -160,7 +161,7 @@ void Text::draw(Screen& screen, Rect box, std::string_view utf8, const font_s& f
 TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width) {
     if (engine().catalog.empty()) return TextBlock(nullptr);
     Owned<PangoLayout> layout = engine().layout(utf8, font, {});
-    pango_layout_set_width(layout.get(), std::min(width, kFarthest) * PANGO_SCALE);
+    pango_layout_set_width(layout.get(), std::clamp(width, 1, kFarthest) * PANGO_SCALE);
     return TextBlock(layout.release());
 }
 
@@ -180,6 +181,8 @@ Size Text::measure(std::string_view utf8, const font_s& font, int width) {
 }
 
 const std::vector<std::string>& Text::families() { return engine().catalog.families(); }
+
+std::string Text::sample(const std::string& family) { return fontSample(engine().catalog.config(), family); }
 
 Text::Engine& Text::engine() const {
     if (engine_ == nullptr) engine_ = std::make_unique<Engine>(device_);

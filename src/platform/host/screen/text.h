@@ -61,6 +61,9 @@ public:
     /// Families of the machine's fonts, sorted without regard to case; no names that contain a comma.
     [[nodiscard]] const std::vector<std::string>& families();
 
+    /// A few characters that show a family which has no letters for its own name; empty for any other.
+    [[nodiscard]] std::string sample(const std::string& family);
+
 private:
     struct Engine;
     Engine& engine() const;
