@@ -109,7 +109,7 @@ int BrowserDisplay::timeToWait(std::optional<SteadyTime> until, SteadyTime now) 
     }
     if (!first) return -1;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*first - now).count();
-    constexpr std::int64_t kLongest = 60 * 60 * 1000;
+    constexpr std::int64_t kLongest = 3'600'000;  // an hour; poll takes no more than an int
     return static_cast<int>(std::clamp<std::int64_t>(left, 0, kLongest));
 }
 
