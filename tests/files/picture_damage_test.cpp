@@ -70,12 +70,13 @@ TEST_F(PictureDamage, AFileCutAnywhereIsRefused) {
 
 TEST_F(PictureDamage, FlippedBytesNeverCrash) {
     std::mt19937 random(7);
+    testing::internal::CaptureStderr();
     for (const Bytes& whole : samples()) {
-        for (int round = 0; round < 1500; ++round) {
+        for (int round = 0; round < 1000; ++round) {
             Bytes bytes = whole;
             // Headers matter most: half of the flips go there.
             const std::size_t reach = round % 2 == 0 ? std::min<std::size_t>(bytes.size(), 80) : bytes.size();
-            for (unsigned flips = 1 + random() % 3; flips > 0; --flips) {
+            for (auto flips = 1 + random() % 3; flips > 0; --flips) {
                 bytes[random() % reach] ^= static_cast<std::uint8_t>(1U << random() % 8);
             }
             scratch::write(folder_ / "flipped.bmp", bytes);
@@ -84,6 +85,7 @@ TEST_F(PictureDamage, FlippedBytesNeverCrash) {
             ASSERT_EQ(picture == nullptr, !error.empty());
         }
     }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the caller prints the one line";
 }
 
 void setLongWord(Bytes& bytes, std::size_t at, std::uint32_t value) {
@@ -123,9 +125,8 @@ TEST_F(PictureDamage, HeadersThatPromiseTooMuchAreRefused) {
 TEST_F(PictureDamage, APngThatPromisesMoreThanItHoldsIsRefused) {
     // The header of an 8000 × 8000 picture, with its true checksum, before the pixels of a small one.
     save("small.png", *scratch::noise(7, 5, 24));
-    save("large.png", *host::makeBitmap(8000, 1, 24));
     Bytes bytes = scratch::read(folder_ / "small.png");
-    const Bytes large{0, 0, 0x1F, 0x40, 0, 0, 0x1F, 0x40, 8, 2, 0, 0, 0, 0x53, 0xF9, 0x6C, 0xC7};
+    const Bytes large{0, 0, 0x1F, 0x40, 0, 0, 0x1F, 0x40, 8, 2, 0, 0, 0, 0x89, 0x93, 0x3A, 0xA3};
     std::copy(large.begin(), large.end(), bytes.begin() + 16);
     scratch::write(folder_ / "lie.png", bytes);
     expectRefused(folder_ / "lie.png", "promises more pixels than it holds");

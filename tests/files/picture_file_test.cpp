@@ -130,7 +130,7 @@ TEST_F(PictureFile, EveryKindOfBmpIsRead) {
         {"8 bits, top-down", bmp(-2, 8, 0, palette, {1, 0, 2, 0, 2, 1, 0, 0})},
         {"8 bits, OS/2", core},
         {"RLE8", bmp(2, 8, 1, palette, {0, 3, 2, 1, 0, 0, 0, 0, 1, 1, 1, 0, 1, 2, 0, 1})},
-        {"RLE4", bmp(2, 4, 2, palette, {0, 3, 0x21, 0x00, 0, 0, 3, 0x10, 0, 2, 2, 0, 1, 0x20, 0, 1})},
+        {"RLE4", bmp(2, 4, 2, palette, {0, 3, 0x21, 0x00, 0, 0, 2, 0x10, 1, 0x20, 0, 1})},
         {"16 bits",
          bmp(2, 16, 0, {}, littleEndian({{0x7FFF, 2}, {0x7C00, 2}, {0, 4}, {0x7C00, 2}, {0, 2}, {0x7FFF, 4}}))},
         {"16 bits, 565",

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -11,31 +10,19 @@
 #include <vector>
 
 #include "platform/host/screen/bitmap_record.h"
+#include "support/temporary_folder.h"
 
 namespace scratch {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A folder of the test's own that goes away with it.
-class Folder {
+class Folder : public TemporaryFolder {
 public:
-    Folder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "colour-test-XXXXXX").string();
-        path_ = ::mkdtemp(pattern.data());
-    }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() { std::filesystem::remove_all(path_); }
-
-    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path() / name; }
     [[nodiscard]] std::size_t entries() const {
-        const std::filesystem::directory_iterator all(path_);
+        const std::filesystem::directory_iterator all(path());
         return static_cast<std::size_t>(std::distance(begin(all), end(all)));
     }
-
-private:
-    std::filesystem::path path_;
 };
 
 inline Bytes read(const std::filesystem::path& file) {
@@ -44,6 +31,8 @@ inline Bytes read(const std::filesystem::path& file) {
 }
 
 inline void write(const std::filesystem::path& file, const Bytes& bytes) {
+    // A file written anew costs no disk access; one that is cut to nothing and filled again does.
+    std::filesystem::remove(file);
     std::ofstream(file, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
 }
 

@@ -26,6 +26,16 @@ TEST(Storage, DevicePathsLieUnderTheRoot) {
     EXPECT_EQ(storage.resolve("a.bmp"), "a.bmp");
 }
 
+TEST(Storage, ANamedFileHasADevicePath) {
+    const scratch::Folder folder;
+    const Storage storage(folder.path());
+    EXPECT_EQ(storage.devicePath(folder / "My pictures/a.bmp"), "/mnt/ext1/My pictures/a.bmp");
+    EXPECT_EQ(storage.devicePath("/mnt/ext1/My pictures/a.bmp"), "/mnt/ext1/My pictures/a.bmp");
+    EXPECT_EQ(storage.devicePath(folder / "../a.bmp"), folder.path().parent_path() / "a.bmp");
+    EXPECT_EQ(storage.devicePath(folder.path().string() + "2/a.bmp"), folder.path().string() + "2/a.bmp");
+    EXPECT_EQ(storage.devicePath("a.bmp"), fs::current_path() / "a.bmp") << "the folder may change later";
+}
+
 TEST(Storage, AccessAndUnlinkGoThroughIt) {
     const scratch::Folder folder;
     const Storage storage(folder.path());
@@ -58,6 +68,21 @@ TEST(Storage, WhatIsInTheWayIsToldOnce) {
     EXPECT_TRUE(storage.pictures().empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "colour: " + storage.problem() + "\n");
     EXPECT_THAT(storage.problem(), HasSubstr((folder / "file/My pictures").string()));
+}
+
+TEST(Storage, HalfSavedPicturesOfKilledProgramsGoAway) {
+    const scratch::Folder folder;
+    fs::create_directory(folder / "My pictures");
+    for (const std::string name : {".colour-1-0.part", ".colour-2-0.part", ".other.part", "old.bmp"}) {
+        scratch::write(folder / ("My pictures/" + name), {1});
+        const auto age = std::chrono::hours(name.find("-2-") != name.npos ? 0 : 2);
+        fs::last_write_time(folder / ("My pictures/" + name), fs::file_time_type::clock::now() - age);
+    }
+    const Storage storage(folder.path());
+    EXPECT_FALSE(fs::exists(folder / "My pictures/.colour-1-0.part"));
+    EXPECT_TRUE(fs::exists(folder / "My pictures/.colour-2-0.part")) << "another program may still be at it";
+    EXPECT_TRUE(fs::exists(folder / "My pictures/.other.part"));
+    EXPECT_TRUE(fs::exists(folder / "My pictures/old.bmp"));
 }
 
 TEST(Storage, PicturesAreListedNewestFirst) {

@@ -12,8 +12,8 @@ namespace {
 
 using host::Languages;
 using ::testing::HasSubstr;
-using ::testing::StrEq;
 using ::testing::Pair;
+using ::testing::StrEq;
 using ::testing::UnorderedElementsAre;
 using ::testing::internal::CaptureStderr;
 using ::testing::internal::GetCapturedStderr;

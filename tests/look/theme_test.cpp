@@ -199,7 +199,7 @@ TEST(Theme, ReadsSizesByIconByFamilyAndByDefault) {
     for (const char* name : {"one", "pen_a", "pen_b", "bad"})
         writeFile(folder.path() / "icons" / (std::string(name) + ".svg"), contentOf(kTheme / "icons/back.svg"));
     writeFile(folder.path() / "theme.ini",
-              "[size]\ndefault = 16\npen = 32\npen_b = 8 x 24\nbad = wide\n[alias]\nother = one\nloop = loop_inv\n");
+              "[size]\ndefault = 16\npen = 32\npen_b = 8 x 24\n[alias]\nother = one\nloop = loop_inv\n");
     const Device device = panelOf(160);
     Theme theme(folder.path(), device);
     expectIcon(theme, "one", {16, 16}, 8);
@@ -207,9 +207,13 @@ TEST(Theme, ReadsSizesByIconByFamilyAndByDefault) {
     expectIcon(theme, "pen_b", {8, 24}, 8);
     EXPECT_EQ(bytesOf(*theme.picture("other")), bytesOf(*theme.picture("one")));
     EXPECT_EQ(theme.picture("loop"), nullptr);
-    CaptureStderr();
-    expectIcon(theme, "bad", {50, 50}, 8);
-    EXPECT_THAT(GetCapturedStderr(), HasSubstr("wide"));
+    for (const char* size : {"wide", "3 x", "3 y 4", "-3", "3 x 0", "3 x 4 x 5"}) {
+        writeFile(folder.path() / "theme.ini", std::string("[size]\nbad = ") + size + "\n");
+        CaptureStderr();
+        Theme other(folder.path(), device);
+        expectIcon(other, "bad", {50, 50}, 8);
+        EXPECT_THAT(GetCapturedStderr(), HasSubstr(size));
+    }
 }
 
 TEST(FindTheme, PrefersTheCommandLineThenTheEnvironment) {

@@ -75,7 +75,7 @@ TEST_F(TraceFile, HoldsEveryLineAtOnceAndToTheLetter) {
     trace.leave();
     const std::string all = contents();
     EXPECT_EQ(all.substr(all.find('\n') + 1),
-              "> event 30 -1 2\nFillArea 0 -2 0x00AB12 \"a\\\"b\" \"c\"\ndrawXYSpline 400 -0 0.1 1e+06 1e-05\n"
+              "> event 30 -1 2\nFillArea 0 -2 0x00AB12 \"a\\\"b\" \"c\"\ndrawXYSpline 400 0 0.1 1e+06 1e-05\n"
               "LoadBitmap \"/x\" = 1404x1764x24\nLoadFromTheme \"\" = null\n? design_to_pixel 71 = 71\n< -3\n"
               "> create\n<\n");
 }

@@ -16,13 +16,17 @@ constexpr int kTitleHeight = 66;
 constexpr int kClearWidth = 110;
 constexpr int kThickLine = -3;
 
+// Of a tiny screen's side: gaps must not take the keys' room.
+constexpr int kLeastGaps = 64;
+
 constexpr double kPortraitShare = 0.45;
 constexpr double kLandscapeShare = 0.6;
 constexpr double kSideShare = 0.22;  // of the width, for Cancel and OK
 
 }  // namespace
 
-KeyboardGeometry::KeyboardGeometry(const Device& device, KeyboardEdge edge) : gap(device.designToPixel(kGap)) {
+KeyboardGeometry::KeyboardGeometry(const Device& device, KeyboardEdge edge)
+    : gap(std::min(device.designToPixel(kGap), std::min(device.width, device.height) / kLeastGaps)) {
     const int line = device.frameThickness(kThickLine);
     const double share = device.height >= device.width ? kPortraitShare : kLandscapeShare;
     const int gaps = 6 * gap + line;

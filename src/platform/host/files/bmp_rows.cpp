@@ -11,15 +11,16 @@ namespace host {
 namespace {
 
 /// Rows travel in blocks that stay in the processor's cache on their way between file and record.
-constexpr std::size_t kBlockBytes = std::size_t{128} << 10;
+constexpr std::size_t kBlockBytes = std::size_t{256} << 10;
 
 using Vector = std::uint8_t __attribute__((vector_size(16)));
-using GreyTable = std::array<std::uint8_t, 256>;
+constexpr std::size_t kColours = 256;
+using GreyTable = std::array<std::uint8_t, kColours>;
 
 std::optional<GreyTable> readGreyPalette(const InputFile& file, const BmpHeader& header) {
-    std::array<std::uint8_t, 256 * 4> entries{};
+    std::array<std::uint8_t, kColours * 4> entries{};
     const auto entryBytes = static_cast<std::size_t>(header.colourBytes);
-    if (!file.read(header.palette, std::span(entries).first(256 * entryBytes))) return std::nullopt;
+    if (!file.read(header.palette, std::span(entries).first(kColours * entryBytes))) return std::nullopt;
     GreyTable greys{};
     for (std::size_t i = 0; i < greys.size(); ++i) {
         const std::uint8_t* entry = &entries[i * entryBytes];

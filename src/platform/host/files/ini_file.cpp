@@ -67,9 +67,8 @@ std::optional<IniValues> readIniFile(const std::filesystem::path& file) {
     for (int number = 1; std::getline(stream, text); ++number) {
         std::string_view line = text;
         if (number == 1 && line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
-        if (!reader.take(trimmed(line)))
-            std::cerr << "colour: " << file.string() << ":" << number
-                      << ": neither \"key = value\" nor \"[section]\"\n";
+        if (reader.take(trimmed(line))) continue;
+        std::cerr << "colour: " << file.string() << ":" << number << ": neither \"key = value\" nor \"[section]\"\n";
     }
     if (stream.bad()) return std::nullopt;
     return std::move(reader.values);

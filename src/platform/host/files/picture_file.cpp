@@ -47,9 +47,9 @@ BitmapPtr loadBmp(const InputFile& file, std::span<const std::uint8_t> start, st
     }
     std::vector<std::uint8_t> bytes;
     if (!readAll(file, bytes, reason)) return nullptr;
-    SurfacePtr surface = decodeSurface(PictureKind::Bmp, bytes, reason);
+    const SurfacePtr surface = decodeSurface(PictureKind::Bmp, bytes, reason);
     std::vector<std::uint8_t>().swap(bytes);
-    return surface == nullptr ? nullptr : recordFromSurface(std::move(surface), reason);
+    return surface == nullptr ? nullptr : recordFromSurface(*surface, reason);
 }
 
 BitmapPtr loadPng(const InputFile& file, std::string& reason) {
@@ -57,9 +57,9 @@ BitmapPtr loadPng(const InputFile& file, std::string& reason) {
     if (!readAll(file, bytes, reason)) return nullptr;
     const std::span<const std::uint8_t> reduced = reducePng(bytes, reason);
     if (reduced.empty()) return nullptr;
-    SurfacePtr surface = decodeSurface(PictureKind::Png, reduced, reason);
+    const SurfacePtr surface = decodeSurface(PictureKind::Png, reduced, reason);
     std::vector<std::uint8_t>().swap(bytes);
-    return surface == nullptr ? nullptr : recordFromSurface(std::move(surface), reason);
+    return surface == nullptr ? nullptr : recordFromSurface(*surface, reason);
 }
 
 BitmapPtr load(const std::filesystem::path& path, std::string& reason) {

@@ -38,22 +38,54 @@ std::uint32_t bigEndian(std::span<const std::uint8_t> bytes) {
     return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
 }
 
-/// Why a picture with this IHDR cannot be read; null when nothing speaks against it.
-const char* findFault(std::span<const std::uint8_t> content, std::uint64_t packedBytes) {
+/// One chunk of the file: length, type, content, checksum.
+struct Chunk {
+    std::span<std::uint8_t> whole;
+
+    [[nodiscard]] std::string_view type() const { return {reinterpret_cast<const char*>(&whole[4]), 4}; }
+    [[nodiscard]] std::span<std::uint8_t> content() const {
+        return whole.subspan(kLengthAndType, whole.size() - kLengthAndType - kChecksum);
+    }
+    /// Decoders must know what begins with a capital.
+    [[nodiscard]] bool isCritical() const { return whole[4] >= 'A' && whole[4] <= 'Z'; }
+    [[nodiscard]] bool isWhole() const {
+        return checksum(whole.subspan(4, whole.size() - 4 - kChecksum)) == bigEndian(whole.last(kChecksum));
+    }
+};
+
+/// The chunk at the start of `rest`; an empty one when the file ends within it.
+Chunk firstChunk(std::span<std::uint8_t> rest) {
+    if (rest.size() < kLengthAndType + kChecksum) return {};
+    const std::size_t length = bigEndian(rest);
+    if (length > rest.size() - kLengthAndType - kChecksum) return {};
+    return {rest.first(length + kLengthAndType + kChecksum)};
+}
+
+/// What the chunks seen so far amount to.
+struct Content {
+    std::span<const std::uint8_t> header;
+    bool hasPalette = false;
+    std::uint64_t packedBytes = 0;
+};
+
+/// Why such a picture cannot be read; null when nothing speaks against it.
+const char* findFault(const Content& content) {
     constexpr std::uint32_t kLargestSide = std::numeric_limits<std::uint16_t>::max();
-    constexpr std::size_t kContentBytes = 13;
+    constexpr std::size_t kHeaderBytes = 13;
+    constexpr unsigned kIndexed = 3;
     // Deflate cannot pack more than 1,032 bytes into one.
     constexpr std::uint64_t kMostPacked = 1032;
-    if (content.size() != kContentBytes) return "is a PNG without a header";
-    const std::uint32_t width = bigEndian(content);
-    const std::uint32_t height = bigEndian(content.subspan(4));
-    const unsigned bits = content[8];
+    if (content.header.size() != kHeaderBytes) return "is a PNG without a header";
+    const std::uint32_t width = bigEndian(content.header);
+    const std::uint32_t height = bigEndian(content.header.subspan(4));
+    const unsigned bits = content.header[8];
     if (width == 0 || height == 0) return "is an empty picture";
     if (width > kLargestSide || height > kLargestSide) return "is larger than 65,535 pixels in a side";
     if (std::uint64_t{width} * height > static_cast<std::uint64_t>(kMostPicturePixels)) {
         return "has more pixels than can be shown";
     }
-    if (std::uint64_t{width} * bits / 8 * height > packedBytes * kMostPacked) {
+    if (content.header[9] == kIndexed && !content.hasPalette) return "is damaged: its palette is missing";
+    if (std::uint64_t{width} * bits / 8 * height > content.packedBytes * kMostPacked) {
         return "is damaged: it promises more pixels than it holds";
     }
     return nullptr;
@@ -66,38 +98,32 @@ bool isPng(std::span<const std::uint8_t> start) {
 }
 
 std::span<std::uint8_t> reducePng(std::span<std::uint8_t> bytes, std::string& reason) {
-    using namespace std::string_view_literals;
-    std::span<const std::uint8_t> header;
-    std::uint64_t packedBytes = 0;
+    Content content;
     std::size_t kept = kSignature.size();
-    std::span<std::uint8_t> rest = bytes.subspan(kept);
-    while (rest.size() >= kLengthAndType + kChecksum) {
-        const std::size_t length = bigEndian(rest);
-        if (length > rest.size() - kLengthAndType - kChecksum) break;
-        const std::size_t whole = length + kLengthAndType + kChecksum;
-        const std::string_view type(reinterpret_cast<const char*>(&rest[4]), 4);
-        const bool shows = type == "IHDR"sv || type == "PLTE"sv || type == "tRNS"sv || type == "IDAT"sv;
-        const bool ends = type == "IEND"sv;
-        if (shows || ends) {
-            if (checksum(rest.subspan(4, length + 4)) != bigEndian(rest.subspan(kLengthAndType + length))) {
-                reason = "is damaged: a checksum does not match";
-                return {};
-            }
-            if (type == "IDAT"sv) packedBytes += length;
-            const bool isHeader = type == "IHDR"sv;
-            std::memmove(&bytes[kept], rest.data(), whole);
-            if (isHeader) header = bytes.subspan(kept + kLengthAndType, length);
-            kept += whole;
-        }
-        if (ends) {
-            const char* fault = findFault(header, packedBytes);
-            if (fault == nullptr) return bytes.first(kept);
-            reason = fault;
+    std::size_t at = kept;
+    for (bool ended = false; !ended;) {
+        Chunk chunk = firstChunk(bytes.subspan(at));
+        if (chunk.whole.empty()) {
+            reason = "is cut off: the file ends before its pixels do";
             return {};
         }
-        rest = rest.subspan(whole);
+        at += chunk.whole.size();
+        if (!chunk.isCritical() && chunk.type() != "tRNS") continue;
+        if (!chunk.isWhole()) {
+            reason = "is damaged: a checksum does not match";
+            return {};
+        }
+        std::memmove(&bytes[kept], chunk.whole.data(), chunk.whole.size());
+        chunk.whole = bytes.subspan(kept, chunk.whole.size());
+        kept += chunk.whole.size();
+        if (chunk.type() == "IHDR") content.header = chunk.content();
+        if (chunk.type() == "PLTE") content.hasPalette = true;
+        if (chunk.type() == "IDAT") content.packedBytes += chunk.content().size();
+        ended = chunk.type() == "IEND";
     }
-    reason = "is cut off: the file ends before its pixels do";
+    const char* fault = findFault(content);
+    if (fault == nullptr) return bytes.first(kept);
+    reason = fault;
     return {};
 }
 

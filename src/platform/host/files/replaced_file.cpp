@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
@@ -14,6 +15,9 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kAsidePrefix = ".colour-";
+constexpr const char* kAsideEnding = ".part";
 
 /// Where a write to `path` really goes. Stays at the link when the links lead in a circle; opening tells then.
 fs::path followLinks(fs::path path) {
@@ -66,8 +70,8 @@ bool ReplacedFile::createAside() {
     constexpr mode_t kUsualMode = 0666;
     constexpr mode_t kPermissions = 07777;
     do {
-        const std::string name = ".colour-" + std::to_string(::getpid()) + "-" + std::to_string(serial++) + ".part";
-        aside_ = folderOf(target_) / name;
+        const std::string number = std::to_string(::getpid()) + "-" + std::to_string(serial++);
+        aside_ = folderOf(target_) / (kAsidePrefix + number + kAsideEnding);
         handle_ = FileHandle(::open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode));
     } while (!handle_.isOpen() && errno == EEXIST);
     if (!handle_.isOpen()) {
@@ -103,6 +107,17 @@ bool ReplacedFile::commit(Sync sync) {
 bool ReplacedFile::fail(const char* what) {
     reason_ = std::string(what) + ": " + std::strerror(errno);
     return false;
+}
+
+void removeAbandoned(const fs::path& folder) {
+    const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (!name.starts_with(kAsidePrefix) || !name.ends_with(kAsideEnding)) continue;
+        std::error_code gone;
+        if (entry->last_write_time(gone) < longAgo && !gone) fs::remove(entry->path(), gone);
+    }
 }
 
 }  // namespace host

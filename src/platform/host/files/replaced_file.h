@@ -43,4 +43,8 @@ private:
     std::string reason_;
 };
 
+/// Removes what programs that were killed while they saved have left in this folder: files aside that nobody has
+/// written to for an hour.
+void removeAbandoned(const std::filesystem::path& folder);
+
 }  // namespace host

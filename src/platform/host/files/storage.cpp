@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "platform/host/files/picture_file.h"
+#include "platform/host/files/replaced_file.h"
 
 namespace host {
 
@@ -63,6 +64,7 @@ bool isNewer(const PictureEntry& left, const PictureEntry& right) {
 Storage::Storage(const std::string& directory)
     : root_(chooseRoot(directory)), problem_(findProblem(root_ / kPicturesFolder)) {
     if (!problem_.empty()) std::fprintf(stderr, "colour: %s\n", problem_.c_str());
+    removeAbandoned(root_ / kPicturesFolder);
 }
 
 fs::path Storage::resolve(const std::string& devicePath) const {

@@ -21,7 +21,7 @@ class Storage {
 public:
     /// `directory` is the root; when empty, "/mnt/ext1" itself where it exists and can be written, else
     /// $XDG_DATA_HOME/colour, else ~/.local/share/colour. Makes the root and its "My pictures" folder; when that
-    /// fails, says so in one line on standard error.
+    /// fails, says so in one line on standard error. Removes what a killed program left half saved.
     explicit Storage(const std::string& directory);
 
     /// One line that says why pictures cannot be kept; empty when all is well.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 
 namespace host {
@@ -27,7 +28,7 @@ const std::uint8_t* surfaceRow(const SDL_Surface& surface, int y) {
 /// The grey of every palette index, on white; nothing when the palette has a colour.
 std::optional<GreyTable> greyPalette(SDL_Surface& surface) {
     const SDL_Palette* palette = surface.format->palette;
-    if (palette == nullptr || surface.format->BitsPerPixel != 8) return std::nullopt;
+    if (palette == nullptr) return std::nullopt;
     GreyTable greys{};
     for (int i = 0; i < std::min(palette->ncolors, 256); ++i) {
         const SDL_Color colour = palette->colors[i];
@@ -46,13 +47,38 @@ void copyGreys(const SDL_Surface& surface, const GreyTable& greys, bitmap_s& bit
     }
 }
 
-/// From R, G, B, A bytes.
-void copyOnWhite(const SDL_Surface& surface, bitmap_s& bitmap) {
+Uint32 pixelAt(const std::uint8_t* bytes, int count) {
+    if (count == 3) {
+        return SDL_BYTEORDER == SDL_LIL_ENDIAN ? Uint32{bytes[0]} | Uint32{bytes[1]} << 8 | Uint32{bytes[2]} << 16
+                                               : Uint32{bytes[2]} | Uint32{bytes[1]} << 8 | Uint32{bytes[0]} << 16;
+    }
+    if (count == 1) return *bytes;
+    if (count == 2) {
+        Uint16 pixel = 0;
+        std::memcpy(&pixel, bytes, sizeof pixel);
+        return pixel;
+    }
+    Uint32 pixel = 0;
+    std::memcpy(&pixel, bytes, sizeof pixel);
+    return pixel;
+}
+
+/// Pixel by pixel, since the library's own conversion of whole surfaces makes 254 of a full green of six bits.
+void copyOnWhite(SDL_Surface& surface, bitmap_s& bitmap) {
+    Uint32 transparent = 0;
+    const bool hasTransparent = SDL_GetColorKey(&surface, &transparent) == 0;
+    const int size = surface.format->BytesPerPixel;
     for (int y = 0; y < surface.h; ++y) {
         const std::uint8_t* from = surfaceRow(surface, y);
         std::uint8_t* to = bitmapRow(bitmap, y);
-        for (int x = 0; x < surface.w; ++x, from += 4, to += 3) {
-            for (int channel = 0; channel < 3; ++channel) to[channel] = onWhite(from[channel], from[3]);
+        for (int x = 0; x < surface.w; ++x, from += size, to += 3) {
+            const Uint32 pixel = pixelAt(from, size);
+            SDL_Color colour{};
+            SDL_GetRGBA(pixel, surface.format, &colour.r, &colour.g, &colour.b, &colour.a);
+            if (hasTransparent && pixel == transparent) colour.a = 0;
+            to[0] = onWhite(colour.r, colour.a);
+            to[1] = onWhite(colour.g, colour.a);
+            to[2] = onWhite(colour.b, colour.a);
         }
     }
 }
@@ -95,23 +121,20 @@ SurfacePtr decodeSurface(PictureKind kind, std::span<const std::uint8_t> bytes, 
     return SurfacePtr(surface);
 }
 
-BitmapPtr recordFromSurface(SurfacePtr surface, std::string& reason) {
-    const std::optional<GreyTable> greys = greyPalette(*surface);
-    BitmapPtr bitmap = makeBitmap(surface->w, surface->h, greys ? 8 : 24);
+BitmapPtr recordFromSurface(SDL_Surface& surface, std::string& reason) {
+    if (surface.format->BitsPerPixel < 8) {
+        reason = "has pixels that share a byte";
+        return nullptr;
+    }
+    const std::optional<GreyTable> greys = greyPalette(surface);
+    BitmapPtr bitmap = makeBitmap(surface.w, surface.h, greys ? 8 : 24);
     if (bitmap == nullptr) {
         reason = "is too large for a bitmap record";
-        return nullptr;
+    } else if (greys) {
+        copyGreys(surface, *greys, *bitmap);
+    } else {
+        copyOnWhite(surface, *bitmap);
     }
-    if (greys) {
-        copyGreys(*surface, *greys, *bitmap);
-        return bitmap;
-    }
-    surface.reset(SDL_ConvertSurfaceFormat(surface.get(), SDL_PIXELFORMAT_RGBA32, 0));
-    if (surface == nullptr) {
-        reason = SDL_GetError();
-        return nullptr;
-    }
-    copyOnWhite(*surface, *bitmap);
     return bitmap;
 }
 

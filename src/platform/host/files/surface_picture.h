@@ -23,8 +23,8 @@ enum class PictureKind { Bmp, Png };
 [[nodiscard]] SurfacePtr decodeSurface(PictureKind kind, std::span<const std::uint8_t> bytes, std::string& reason);
 
 /// A record of depth 8 when the surface has a palette of greys, else of depth 24 on white. Null, with the reason in
-/// `reason`, when it does not fit a record or memory is short.
-[[nodiscard]] BitmapPtr recordFromSurface(SurfacePtr surface, std::string& reason);
+/// `reason`, when it does not fit a record, memory is short, or pixels share a byte (decoders unpack them).
+[[nodiscard]] BitmapPtr recordFromSurface(SDL_Surface& surface, std::string& reason);
 
 /// Writes a picture of depth 8, 24 or 32. False, with the reason in `reason` or in the file, on failure.
 [[nodiscard]] bool writePng(ReplacedFile& file, const bitmap_s& bitmap, std::string& reason);

@@ -24,6 +24,25 @@ int pixels(const Device& device, double units) {
     return static_cast<int>(std::clamp(device.scale * (device.dpi * units) / 160.0, 0.0, 65535.0));
 }
 
+/// A picture's size in units of 1/160 inch.
+struct Units {
+    double width;
+    double height;
+};
+
+/// "SIDE" or "WIDTH x HEIGHT"; false, with `units` as they were, for anything else.
+bool readUnits(const std::string& text, Units& units) {
+    std::istringstream words(text);
+    Units read{};
+    if (!(words >> read.width)) return false;
+    read.height = read.width;
+    char times = 'x';
+    if (!(words >> std::ws).eof() && !(words >> times >> read.height)) return false;
+    if (times != 'x' || !(words >> std::ws).eof() || !(read.width > 0) || !(read.height > 0)) return false;
+    units = read;
+    return true;
+}
+
 /// Names are parts of file names and must not lead out of the folder.
 bool isIconName(const std::string& name) {
     return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
@@ -105,35 +124,27 @@ const std::string* Theme::value(const std::string& name) const {
 /// The value in that section for the icon, else for the family its name begins with ("key" for "key_shift"),
 /// else the section's default; null when it has none.
 const std::string* Theme::iconValue(const std::string& section, const std::string& name) const {
-    std::string family = name;
-    while (!family.empty()) {
-        const std::string* found = value(section + "." + family);
+    std::string key = section + "." + name;
+    while (key.size() > section.size()) {
+        const std::string* found = value(key);
         if (found != nullptr) return found;
-        const std::size_t cut = family.rfind('_');
-        family.resize(cut == std::string::npos ? 0 : cut);
+        const std::size_t cut = key.rfind('_');
+        key.resize(cut == std::string::npos ? 0 : cut);
     }
     return value(section + ".default");
 }
 
 IconLayout Theme::layoutOf(const std::string& name) const {
-    double width = kButtonSide;
-    double height = kButtonSide;
+    Units units{kButtonSide, kButtonSide};
     const std::string* size = iconValue("size", name);
-    if (size != nullptr) {
-        std::istringstream words(*size);
-        char times = 'x';
-        const bool square = static_cast<bool>(words >> width) && (words >> std::ws).eof();
-        if (square) height = width;
-        if (!square && (!(words >> times >> height) || times != 'x')) {
-            std::cerr << "colour: theme.ini: the size of " << name << " is neither SIDE nor WIDTH x HEIGHT: " << *size
-                      << "\n";
-            width = height = kButtonSide;
-        }
+    if (size != nullptr && !readUnits(*size, units)) {
+        std::cerr << "colour: theme.ini: the size of " << name << " is neither SIDE nor WIDTH x HEIGHT: " << *size
+                  << "\n";
     }
     const std::string* grid = iconValue("grid", name);
     const std::string* transparent = iconValue("transparent", name);
     IconLayout layout;
-    layout.size = {pixels(device_, width), pixels(device_, height)};
+    layout.size = {pixels(device_, units.width), pixels(device_, units.height)};
     layout.grid = grid == nullptr ? 0 : std::atoi(grid->c_str());
     layout.transparent = transparent != nullptr && *transparent == "yes";
     return layout;
@@ -143,7 +154,7 @@ std::filesystem::path findTheme(const std::string& chosen) {
     if (!chosen.empty()) return chosen;
     const char* fromEnvironment = std::getenv("COLOUR_THEME");
     if (fromEnvironment != nullptr && *fromEnvironment != '\0') return fromEnvironment;
-    const std::filesystem::path source = std::filesystem::path(COLOUR_SOURCE_DIR) / "theme";
+    std::filesystem::path source = std::filesystem::path(COLOUR_SOURCE_DIR) / "theme";
     std::error_code error;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
     if (error) return source;

@@ -26,26 +26,29 @@ public:
     void scale(const Framebuffer& picture, Rect area, PixelRows into);
 
 private:
-    /// The source pixels that one scaled pixel covers, in one direction, and how much each of them counts.
-    struct Tap {
-        int first;
-        int count;
-        std::size_t weights;  ///< where they begin in Axis::weights
-    };
+    /// Which source pixels each scaled pixel covers in one direction, and how much each of them counts. All cover
+    /// equally many; those at the end may count nothing, so that the inner loop is the same for every pixel.
     struct Axis {
         Axis(int from, int to);
-        std::vector<Tap> taps;
-        std::vector<std::uint16_t> weights;  ///< those of a tap add up to kWhole
+        [[nodiscard]] const std::uint16_t* weightsOf(int pixel) const {
+            return weights.data() + static_cast<std::size_t>(pixel) * static_cast<std::size_t>(taps);
+        }
+        int taps;
+        std::vector<int> first;
+        std::vector<std::uint16_t> weights;
     };
 
     void copy(const Framebuffer& picture, Rect area, PixelRows into) const;
-    void sumRows(const Framebuffer& picture, const Tap& rows, int firstByte, int bytes);
-    void sumColumns(const Rect& area, int firstColumn, int channels, std::uint32_t* into) const;
+    void scaleSpan(const Framebuffer& picture, int row, int column, int width, std::uint32_t* into);
+    [[nodiscard]] bool isWhite(const Framebuffer& picture, int row, int firstColumn, int bytes) const;
+    void sumRows(const Framebuffer& picture, int row, int firstColumn, int bytes);
+    template <int kChannels>
+    void sumColumns(int column, int width, std::uint32_t* into) const;
 
     bool same_;
     Axis columns_;
     Axis rows_;
-    std::vector<std::uint16_t> sums_;  ///< one row of the picture, averaged downwards
+    std::vector<std::uint16_t> sums_;  ///< a part of one scaled row, averaged downwards only
 };
 
 }  // namespace host

@@ -20,9 +20,9 @@ void oneBitGrey(const std::uint8_t* from, std::uint8_t* to, int width) {
 
 // The darkest channel decides: yellow is nearly as light as white, yet it is ink.
 void oneBitRgb(const std::uint8_t* from, std::uint8_t* to, int width) {
-    for (int x = 0; x < width; ++x, from += 3, to += 3) {
-        const std::uint8_t shade = oneBit(std::min({from[0], from[1], from[2]}));
-        to[0] = to[1] = to[2] = shade;
+    for (int x = 0; x < 3 * width; x += 3) {
+        const std::uint8_t shade = oneBit(std::min(from[x], std::min(from[x + 1], from[x + 2])));
+        to[x] = to[x + 1] = to[x + 2] = shade;
     }
 }
 

@@ -25,6 +25,22 @@ constexpr auto kShareOfLevel = [] {
     return shares;
 }();
 
+constexpr int kBandParts = 1024;
+
+/// Coverage across the band, from its outer side in.
+constexpr auto kBand = [] {
+    std::array<std::uint8_t, kBandParts + 1> band{};
+    for (int part = 0; part <= kBandParts; ++part) {
+        // The lower half rises as the narrow box enters the wide one and then steadily; the upper half mirrors it.
+        const bool upper = 2 * part > kBandParts;
+        const double depth = (upper ? kBandParts - part : part) * 2 * Nib::kHalfBand / kBandParts;
+        const double entered = std::min(depth, Nib::kNarrowBox);
+        const double share = (entered * entered / (2 * Nib::kNarrowBox) + depth - entered) / Nib::kWideBox;
+        band[static_cast<std::size_t>(part)] = static_cast<std::uint8_t>((upper ? 1 - share : share) * kFull + 0.5);
+    }
+    return band;
+}();
+
 /// Lays one row of ink, `channels` bytes a pixel, where coverage is still missing.
 template <int channels>
 class RowBrush {
@@ -47,8 +63,9 @@ public:
 private:
     void layRim(const StrokeRow& row, Columns span) {
         for (int x = span.left; x <= span.right; ++x) {
-            const float inked = (outer_ - std::sqrt(row.squaredDistance(x))) * kFull;
-            const int wanted = inked >= kFull ? kFull : static_cast<int>(inked + 0.5F);
+            constexpr auto kPartsPerPixel = static_cast<float>(kBandParts / (2 * Nib::kHalfBand));
+            const float part = (outer_ - std::sqrt(row.squaredDistance(x))) * kPartsPerPixel;
+            const int wanted = part >= kBandParts ? kFull : kBand[static_cast<std::size_t>(part + 0.5F)];
             if (wanted > covered_[x]) raise(x, wanted);
         }
     }

@@ -43,8 +43,12 @@ private:
     lumora::graphics::PointD unit_;
     double length_;
     double perRow_;  ///< length of the chord from one row to the next, signed; 0 on a level chord
-    double bend_;    ///< half the curvature, 1 / pixels, signed
     double bow_;
+    // For the pixels of the rim.
+    float unitX_;
+    float unitY_;
+    float half_;  ///< half the length
+    float bend_;  ///< half the curvature, 1 / pixels, signed
 };
 
 /// A piece of a stroke as bent steps, as few as follow its curve to about a hundredth of a pixel.

@@ -17,9 +17,16 @@ struct Columns {
 /// The columns of a screen `width` pixels wide whose middles lie between two places of any value.
 [[nodiscard]] Columns columnsBetween(double left, double right, int width);
 
-/// The end of a stroke's ink: coverage falls from all to nothing in a band one pixel wide around its edge.
+/// The distances from a stroke's curve between which coverage falls from all to nothing.
 struct Nib {
-    explicit Nib(int width) : outer(width / 2.0 + 0.5), inner(width / 2.0 - 0.5) {}
+    /// Half the width of the band: it is a box of 1/√2 pixel blurred by one of 1/√5. On lines at 45 degrees and at
+    /// a slope of 1 in 2 all pixels lie at multiples of these distances; with any other band such lines come out
+    /// bolder or thinner as they happen to lie between the pixels.
+    static constexpr double kWideBox = 0.70711;
+    static constexpr double kNarrowBox = 0.44721;
+    static constexpr double kHalfBand = (kWideBox + kNarrowBox) / 2;
+
+    explicit Nib(int width) : outer(width / 2.0 + kHalfBand), inner(width / 2.0 - kHalfBand) {}
 
     double outer;
     double inner;
@@ -42,7 +49,7 @@ public:
     [[nodiscard]] float squaredDistance(int x) const { return distances_[static_cast<std::size_t>(x)]; }
 
 private:
-    void include(Columns span, float nothing);
+    void extend(Columns span, float nothing);
     void measure(const StrokeStep& step, Columns span);
     void addSolid(Columns inside);
     void fill(Columns span, float distance);

@@ -160,7 +160,7 @@ void Text::draw(Screen& screen, Rect box, std::string_view utf8, const font_s& f
 TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width) {
     if (engine().catalog.empty()) return TextBlock(nullptr);
     Owned<PangoLayout> layout = engine().layout(utf8, font, {});
-    pango_layout_set_width(layout.get(), std::min(width, kFarthest) * PANGO_SCALE);
+    pango_layout_set_width(layout.get(), std::clamp(width, 1, kFarthest) * PANGO_SCALE);
     return TextBlock(layout.release());
 }
 

@@ -6,6 +6,9 @@ namespace host {
 
 namespace {
 
+/// Hinting may move the edge of a glyph beyond the ink that its outline promises.
+constexpr int kHintingMargin = 2;
+
 struct FreeIterator {
     void operator()(PangoLayoutIter* lines) const { pango_layout_iter_free(lines); }
 };
@@ -26,11 +29,12 @@ std::vector<TextBlock::Line> TextBlock::lines() const {
     std::vector<Line> found;
     const std::unique_ptr<PangoLayoutIter, FreeIterator> at(pango_layout_get_iter(layout_.get()));
     do {
+        PangoRectangle ink;
         PangoRectangle box;
-        pango_layout_iter_get_line_extents(at.get(), nullptr, &box);
+        pango_layout_iter_get_line_extents(at.get(), &ink, &box);
         const PangoLayoutLine* line = pango_layout_iter_get_line_readonly(at.get());
-        found.push_back(
-            {pixels(box), static_cast<std::size_t>(line->start_index), static_cast<std::size_t>(line->length)});
+        found.push_back({pixels(box), pixels(ink).inset(-kHintingMargin), static_cast<std::size_t>(line->start_index),
+                         static_cast<std::size_t>(line->length)});
     } while (pango_layout_iter_next_line(at.get()));
     return found;
 }
@@ -55,7 +59,10 @@ std::size_t TextBlock::offsetAt(Point at) const {
 
 bool TextBlock::readsFromRight(std::size_t offset) const {
     if (layout_ == nullptr) return false;
-    return pango_layout_get_direction(layout_.get(), static_cast<int>(offset)) == PANGO_DIRECTION_RTL;
+    int line = 0;
+    pango_layout_index_to_line_x(layout_.get(), static_cast<int>(offset), FALSE, &line, nullptr);
+    PangoLayoutLine* found = pango_layout_get_line_readonly(layout_.get(), line);
+    return pango_layout_line_get_resolved_direction(found) == PANGO_DIRECTION_RTL;
 }
 
 }  // namespace host

@@ -46,7 +46,7 @@ Panel
   --waveforms            refresh as slowly as real e-ink does
 
 Browser display
-  --port N               the page's port
+  --port N               the page's port (the first free one from 6080)
   --listen ADDRESS       serve other machines too, at this address; needs a password
   --password-file FILE   the password that the page asks for
 
