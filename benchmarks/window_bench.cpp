@@ -171,8 +171,11 @@ double windowStroke(host::Size size) {
     SDL_PushEvent(&press);
     const auto nextEvent = [&] {
         std::optional<host::Input> input;
-        do input = display->wait(std::nullopt);
-        while (!input || input->kind != host::Input::Kind::PointerMove);
+        // As the event loop does: what is there already first, then at leisure.
+        do {
+            input = display->wait(std::chrono::milliseconds{0});
+            if (!input) input = display->wait(std::nullopt);
+        } while (!input || input->kind != host::Input::Kind::PointerMove);
         const host::Rect mark{input->at.x - kMark / 2, input->at.y - kMark / 2, kMark, kMark};
         const host::Rect visible = mark.intersected(screen.bounds());
         for (int y = visible.y; y < visible.bottom(); ++y)

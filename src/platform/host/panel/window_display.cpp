@@ -3,9 +3,11 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "platform/host/panel/area_scaler.h"
+#include "platform/host/panel/window_icon.h"
 #include "platform/host/panel/window_input.h"
 #include "platform/host/panel/window_view.h"
 
@@ -59,9 +61,10 @@ public:
     explicit WindowDisplay(Size panel)
         : panel_(panel), view_(panel, panel), scaler_(panel, panel), wakeEvent_(SDL_RegisterEvents(1)) {}
 
-    /// False, with SDL's reason, where there is no screen or no window on it.
+    [[nodiscard]] bool hasScreen() const { return video_.ok(); }
+
+    /// False, with SDL's reason, where the screen gives no window that can be painted.
     bool open(const std::string& title) {
-        if (!video_.ok()) return false;
         SDL_StopTextInput();
         SDL_Rect room{0, 0, panel_.w, panel_.h};
         SDL_GetDisplayUsableBounds(0, &room);
@@ -70,6 +73,7 @@ public:
         window_.reset(SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.w, size.h,
                                        SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
         if (!window_) return false;
+        setIcon(window_.get());
         SDL_SetWindowMinimumSize(window_.get(), kSmallestWindow.w, kSmallestWindow.h);
         const SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
         if (surface == nullptr) return false;
@@ -100,8 +104,7 @@ public:
         if (surface == nullptr) return;
         if (Size{surface->w, surface->h} != view_.window()) layOut({surface->w, surface->h});
         if (uncovered_) {
-            const SDL_Rect whole{0, 0, surface->w, surface->h};
-            SDL_FillRect(surface, &whole, SDL_MapRGB(surface->format, kBorderGrey, kBorderGrey, kBorderGrey));
+            fillBorder(*surface);
             dirty_.assign(1, Rect{0, 0, panel_.w, panel_.h});
         }
         if (dirty_.empty()) return;
@@ -173,6 +176,18 @@ private:
         if (event.event == SDL_WINDOWEVENT_EXPOSED || event.event == SDL_WINDOWEVENT_SIZE_CHANGED) uncovered_ = true;
     }
 
+    void fillBorder(SDL_Surface& surface) const {
+        const Rect picture = view_.picture();
+        const int right = picture.x + picture.w;
+        const int bottom = picture.y + picture.h;
+        const std::array<SDL_Rect, 4> strips = {{{0, 0, surface.w, picture.y},
+                                                 {0, bottom, surface.w, surface.h - bottom},
+                                                 {0, picture.y, picture.x, picture.h},
+                                                 {right, picture.y, surface.w - right, picture.h}}};
+        SDL_FillRects(&surface, strips.data(), static_cast<int>(strips.size()),
+                      SDL_MapRGB(surface.format, kBorderGrey, kBorderGrey, kBorderGrey));
+    }
+
     // Returns the pixels of the window that it has painted.
     Rect paint(SDL_Surface& surface, Rect area) {
         const Rect place = view_.toWindow(area);
@@ -238,8 +253,9 @@ std::unique_ptr<Display> openWindow(Size panel, PixelFormat /*format*/, const st
     for (const char* acceleration : {"0", "1"}) {
         SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, acceleration);
         auto window = std::make_unique<WindowDisplay>(panel);
-        if (window->open(title)) return window;
+        if (window->hasScreen() && window->open(title)) return window;
         error = SDL_GetError();
+        if (!window->hasScreen()) break;
     }
     return nullptr;
 }

@@ -45,9 +45,11 @@ constexpr KeyCode kKeys[] = {
 };
 
 bool pastes(const SDL_Keysym& keysym) {
-    const bool control = (keysym.mod & KMOD_CTRL) != 0;
-    const bool shift = (keysym.mod & KMOD_SHIFT) != 0;
-    return (keysym.sym == SDLK_v && control) || (keysym.sym == SDLK_INSERT && shift);
+    if (keysym.sym == SDLK_INSERT) return (keysym.mod & KMOD_SHIFT) != 0;
+    // On keyboards without Latin letters the key in the place of V is meant.
+    constexpr SDL_Keycode kLastLatin = 0x7F;
+    const bool v = keysym.sym == SDLK_v || (keysym.sym > kLastLatin && keysym.scancode == SDL_SCANCODE_V);
+    return v && (keysym.mod & KMOD_CTRL) != 0;
 }
 
 std::optional<Input> paste() {
