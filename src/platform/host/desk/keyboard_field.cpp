@@ -74,7 +74,7 @@ std::vector<KeyboardField::ShownLine> KeyboardField::visibleLines() const {
         Rect ink = line.ink.united({line.box.x, line.box.y, std::max(line.box.w, 1), line.box.h});
         ink.x += inside_.x;
         ink.y += inside_.y - scrolled_;
-        if (!ink.intersected(clip_).empty()) visible.push_back({text_.substr(line.start, line.length), ink});
+        if (!ink.intersected(textClip()).empty()) visible.push_back({text_.substr(line.start, line.length), ink});
     }
     return visible;
 }
@@ -86,6 +86,12 @@ Rect KeyboardField::cursorBar() const {
     const int last = std::max(inside_.w - width, 0);
     const int x = text_.empty() && emptyAtRight_ ? last : std::clamp(place.x, 0, last);
     return Rect{inside_.x + x, inside_.y + place.y - scrolled_, width, place.h}.intersected(inside_);
+}
+
+/// The tails of a line that has left at the top do not show above the first one in sight.
+Rect KeyboardField::textClip() const {
+    const int top = scrolled_ > 0 ? inside_.y : clip_.y;
+    return {clip_.x, top, clip_.w, clip_.y + clip_.h - top};
 }
 
 /// The text moves by whole lines, so the first one in sight is never cut; no rows stay empty below while lines are
@@ -105,7 +111,7 @@ void KeyboardField::scrollToCursor() {
 
 void KeyboardField::paintPart(Rect part) {
     desk_.screen.fill(part, kWhite);
-    desk_.text.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, block_, part, kBlack);
+    desk_.text.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, block_, part.intersected(textClip()), kBlack);
     desk_.screen.fill(cursorBar().intersected(part), kBlack);
 }
 

@@ -40,6 +40,7 @@ private:
     };
 
     [[nodiscard]] std::vector<ShownLine> visibleLines() const;
+    [[nodiscard]] Rect textClip() const;
     [[nodiscard]] Rect cursorBar() const;
     void scrollToCursor();
     void paintPart(Rect part);
