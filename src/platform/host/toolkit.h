@@ -1,23 +1,33 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "platform/host/desk/clock.h"
 #include "platform/host/desk/desk.h"
 #include "platform/host/desk/loop.h"
 #include "platform/host/desk/modals.h"
-#include "platform/host/explorer/explorer.h"
 #include "platform/host/files/storage.h"
 #include "platform/host/session/options.h"
 #include "platform/host/session/trace.h"
 
 namespace host {
 
+/// The font and colour of the next text, and the fonts that the application holds open.
+struct TextSetting {
+    std::vector<std::unique_ptr<font_s>> open;
+    /// Stands in while no font is set.
+    std::unique_ptr<font_s> standard;
+    /// Borrowed from `open`; null: the standard font.
+    const font_s* font = nullptr;
+    Rgb colour = kBlack;
+};
+
 /// The one object behind the border: owns every part of the platform, in the order in which they build on one
 /// another.
 class Toolkit {
 public:
-    explicit Toolkit(Options options);
+    explicit Toolkit(Options chosen);
 
     Options options;
     Clock clock;
@@ -32,13 +42,17 @@ public:
     Modals modals;
     Loop loop;
     Desk desk;
+    TextSetting textSetting;
 };
 
-/// The process's toolkit. It exists from the explorer's construction on.
+/// Makes the process's toolkit from its options. One that cannot be met is one line on standard error and ends the
+/// process with status 2.
+void makeToolkit(Options options);
+
+/// The process's toolkit, from makeToolkit to the end of the process.
 Toolkit& toolkit();
 
-/// Makes the process's toolkit; an option that cannot be met is one line on standard error and ends the process
-/// with status 2.
-Toolkit& makeToolkit(Options options);
+/// Ends the process as a wrong option does: one line on standard error and status 2.
+[[noreturn]] void refuse(const std::string& reason);
 
 }  // namespace host

@@ -1,12 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <optional>
-#include <string>
-#include <string_view>
 
 #include "platform/host/desk/clock.h"
 #include "platform/host/desk/modals.h"
+#include "platform/host/desk/signals.h"
 #include "platform/host/desk/timers.h"
 #include "platform/host/panel/display.h"
 #include "platform/host/panel/panel.h"
@@ -26,7 +26,9 @@ public:
 };
 
 /// The one event loop: brings input, timers, script and panel steps into one order, numbers the events, and is
-/// the only place from which the application is called. Owned by the Toolkit.
+/// the only place from which the application is called. At one instant the panel's steps come first, then the timers
+/// in order, then the script. A signal that asks the program to end stops it with status 0, also one that came
+/// before run. Owned by the Toolkit.
 class Loop {
 public:
     Loop(Size screen, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace);
@@ -37,9 +39,14 @@ public:
     event_handler_t setHandler(event_handler_t handler);
     Timers& timers() { return timers_; }
     [[nodiscard]] const Clock& clock() const { return clock_; }
+    /// The instant from which a timer set now counts: the present one, but on a virtual clock and inside a timer's
+    /// callback the one at which that callback was due, even if it has waited for the panel since.
+    [[nodiscard]] Instant timersCountFrom() const { return firing_.value_or(clock_.now()); }
 
     /// Installs the explorer's own handler, whose events are not traced and which gets no event 23 here.
     void setHome(event_handler_t handler);
+    /// True while the explorer's handler is the installed one.
+    [[nodiscard]] bool atHome() const { return handler_ == home_; }
 
     // What comes from outside.
 
@@ -47,22 +54,27 @@ public:
     void enter(const Callback& callback);
     /// One toolkit event, exactly so: pointer events go to the open modal, all others to the handler.
     void event(int type, int par1, int par2);
+    /// Lets the open modal do something, then closes it if it is done. False when none is open or `action` says that
+    /// it makes no sense for this one.
+    bool command(const std::function<bool(Modal&)>& action);
     /// What a person did: clamped to the screen and numbered (a pointer sample is 35 when 100 ms have passed since
-    /// the last 35 of its press, else 31).
+    /// the last 35 of its press, else 31). A move or an up without a down, and a second down, are dropped.
     void input(const Input& input);
 
     /// Runs until stop; `player` may be null.
     int run(Player* player);
-    /// Ends run, which returns `status`.
+    /// Ends run, which returns `status`; of several calls the first counts.
     void stop(int status);
-    [[nodiscard]] bool stopped() const { return stopped_; }
+    [[nodiscard]] bool stopped() const { return stopped_ || interrupted_; }
 
 private:
+    void pointer(Input::Kind kind, Point at);
     void deliver(int type, int par1, int par2);
+    void fireTimers(Instant now);
     void fire(const DueTimer& timer);
     void settle();
     [[nodiscard]] std::optional<Instant> nextInstant(const Player* player) const;
-    void passTime(std::optional<Instant> until);
+    void passTime(const Player* player);
 
     Size screen_;
     Clock& clock_;
@@ -75,10 +87,13 @@ private:
     event_handler_t home_ = nullptr;
     bool repaintDue_ = false;
     bool settling_ = false;
+    std::optional<Instant> firing_;
     bool pressed_ = false;
     Instant lastReport_{};
     bool stopped_ = false;
     int status_ = 0;
+    std::atomic<bool> interrupted_ = false;
+    EndSignals signals_;  ///< last, so that nothing it touches goes before it
 };
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/host/desk/modal.h"
@@ -26,7 +27,7 @@ public:
 
     /// Takes the open modals off the screen buffer so that an event can be drawn below them …
     void lift();
-    /// … and paints and refreshes them over whatever was drawn.
+    /// … and paints and refreshes them over whatever was drawn. Does nothing unless they are lifted.
     void lower();
 
 private:
@@ -41,6 +42,7 @@ private:
     Panel& panel_;
     Display& display_;
     std::vector<Layer> layers_;
+    bool lifted_ = false;
 };
 
 }  // namespace host

@@ -19,7 +19,8 @@ struct DueTimer {
     void* context = nullptr;
 };
 
-/// Pending one-shot timers, known by name or by (callback, context). Setting a pending one replaces it.
+/// Pending one-shot timers, known by name or by (callback, context). Setting a pending one replaces it; setting it
+/// with a null callback cancels it. A null name is an empty one.
 class Timers {
 public:
     void set(const char* name, timer_callback_t callback, Instant due);

@@ -47,6 +47,9 @@ public:
     /// Ends the wait in progress, or the next one. Safe to call from another thread.
     virtual void wake() = 0;
 
+    /// Shows at once what has been presented. A wait does so by itself; this is for those who are busy longer.
+    virtual void flush() {}
+
     /// Starts or ends text input from a physical keyboard; `near` is where the text appears (for an input
     /// method's own window).
     virtual void setTextInput(bool on, Rect near) {

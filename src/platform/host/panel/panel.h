@@ -1,29 +1,31 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/host/desk/clock.h"
 #include "platform/host/geometry.h"
 #include "platform/host/panel/display.h"
+#include "platform/host/panel/refresh.h"
+#include "platform/host/panel/waveforms.h"
+#include "platform/host/screen/damage.h"
 #include "platform/host/screen/framebuffer.h"
 
 namespace host {
-
-/// How a region of the panel is brought up to date.
-enum class Waveform {
-    Fast,     ///< one-bit black and white: anything but white (and what is hardly darker) is ink
-    Regular,  ///< full quality
-    Full,     ///< full quality, with a flash that removes all ghosts
-};
 
 /// What the e-ink shows, apart from the screen buffer: only what has been refreshed. Owned by the Toolkit;
 /// borrows screen, display and clock.
 class Panel {
 public:
-    Panel(const Framebuffer& screen, Display& display, Clock& clock);
+    /// With `waveforms` a refresh takes the time that it takes on an e-ink panel; without, it is done at once.
+    /// `damage` tells where the screen has been drawn on; null: anywhere.
+    Panel(const Framebuffer& screen, Display& display, Clock& clock, bool waveforms = false, Damage* damage = nullptr);
+    Panel(const Panel&) = delete;
+    Panel& operator=(const Panel&) = delete;
 
-    /// Brings `area` up to date from the screen buffer; clipped to the screen.
+    /// Brings `area` up to date from the screen buffer as it is now; clipped to the screen.
     void update(Rect area, Waveform waveform);
 
-    /// Returns when every update in progress has finished.
+    /// Returns when every update in progress has finished. A virtual clock is moved on to that instant.
     void wait();
 
     /// When the next step of an update in progress is due; nothing when all is done.
@@ -35,10 +37,14 @@ public:
     [[nodiscard]] const Framebuffer& shown() const { return shown_; }
 
 private:
+    void refreshAtOnce(Rect area, Waveform waveform);
+
     const Framebuffer& screen_;
     Display& display_;
     Clock& clock_;
+    Damage* damage_;
     Framebuffer shown_;
+    std::optional<Waveforms> waveforms_;
 };
 
 }  // namespace host

@@ -7,6 +7,7 @@
 
 #include "platform/host/device.h"
 #include "platform/host/screen/screen.h"
+#include "platform/host/screen/text_block.h"
 
 /// The border's font handle: a family and a size in device-independent units (160 to the inch).
 struct font_s {
@@ -37,28 +38,38 @@ public:
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;
 
-    /// Null when the size is not positive. An unknown or null family gives the default one.
+    /// Null when the size is not positive. An unknown or null family gives the default one; "Sans", "Serif" and
+    /// "Monospace" give the default ones of their kind.
     [[nodiscard]] std::unique_ptr<font_s> open(const char* family, int size);
 
-    /// Family of the default font number `index`: 0 sans, 1 serif, 2 monospaced; any other is 0.
+    /// Family of the default font number `index`: 0 sans, 1 serif, 2 monospaced; any other is 0. Lives as long as
+    /// this object.
     [[nodiscard]] const char* defaultFamily(int index) const;
 
-    /// Draws UTF-8 text inside `box` and never outside it. Broken UTF-8 shows as replacement characters.
+    /// Draws UTF-8 text inside `box` and never outside it. Broken UTF-8 shows as replacement characters. A glyph
+    /// is at most 1,000 pixels high, whatever the font's size.
     void draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style);
+
+    /// Lays a text out as `draw` with Wrap::Words does in a box of that width.
+    [[nodiscard]] TextBlock layOut(std::string_view utf8, const font_s& font, int width);
+    /// Draws what lies inside `clip` of a laid-out text whose top left corner is at `topLeft`.
+    void draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour);
 
     /// Pixels that the text takes in a box of that width (0: as wide as it likes, lines broken only at line ends).
     [[nodiscard]] Size measure(std::string_view utf8, const font_s& font, int width);
 
-    /// Families of the machine's fonts, sorted, without names that contain a comma.
+    /// Families of the machine's fonts, sorted without regard to case; no names that contain a comma.
     [[nodiscard]] const std::vector<std::string>& families();
+
+    /// A few characters that show a family which has no letters for its own name; empty for any other.
+    [[nodiscard]] std::string sample(const std::string& family);
 
 private:
     struct Engine;
-    Engine& engine();
+    Engine& engine() const;
 
     const Device& device_;
-    std::unique_ptr<Engine> engine_;
-    std::vector<std::string> families_;
+    mutable std::unique_ptr<Engine> engine_;
 };
 
 }  // namespace host

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <fstream>
 #include <functional>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <string_view>
 
 #include "platform/host/desk/loop.h"
 #include "platform/host/desk/modals.h"
@@ -33,13 +34,17 @@ public:
     void play() override;
 
 private:
-    Script(std::string path, std::ifstream lines, Stage stage);
+    Script(std::string path, std::istringstream lines, Stage stage);
+    /// Both return what is wrong; empty when nothing is.
+    std::string playLine(std::string_view line);
+    std::string wait(int milliseconds);
 
     std::string path_;
-    std::ifstream lines_;
+    std::istringstream lines_;
     Stage stage_;
     int lineNumber_ = 0;
     Instant resumeAt_{0};
+    bool waiting_ = false;
 };
 
 }  // namespace host

@@ -30,7 +30,12 @@ public:
     [[nodiscard]] bool open(const std::string& path, const Device& device, bool fastSleep, std::string& error);
 
     /// The platform calls the application; every enter has one leave.
-    void enter(std::string_view entry);
+    template <typename... Arguments>
+    void enter(std::string_view entry, const Arguments&... arguments) {
+        if (file_ < 0) return;
+        begin("> ", entry, arguments...);
+        end();
+    }
     void leave();
     void leave(int result);
 
@@ -80,6 +85,7 @@ private:
     void field(const bitmap_s* bitmap);
 
     int file_ = -1;
+    std::string path_;
     std::string line_;
 };
 

@@ -1,0 +1,42 @@
+#include "platform/device.h"
+
+#include "platform/host/toolkit.h"
+
+namespace {
+
+int platformNumber() { return host::toolkit().options.device.platform; }
+
+}  // namespace
+
+int (*_device_platform)() = platformNumber;
+int g_process_pid = 0;
+
+int get_screen_dpi() { return host::toolkit().options.device.dpi; }
+
+double get_screen_scale_factor() { return host::toolkit().options.device.scale; }
+
+int device_display_colormask() {
+    host::Toolkit& kit = host::toolkit();
+    const int mask = kit.options.device.colour ? 1 : 0;
+    kit.trace.question("device_display_colormask", mask);
+    return mask;
+}
+
+namespace lumora::device {
+
+int access(const char* path, int mode) {
+    host::Toolkit& kit = host::toolkit();
+    const int result = kit.storage.access(path, mode);
+    kit.trace.question("access", result, path);
+    return result;
+}
+
+int unlink(const char* path) {
+    host::Toolkit& kit = host::toolkit();
+    kit.trace.call("unlink", path);
+    return kit.storage.unlink(path);
+}
+
+long time() { return host::toolkit().clock.epochSeconds(); }
+
+}  // namespace lumora::device

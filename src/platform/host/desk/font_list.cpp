@@ -1,0 +1,135 @@
+#include "platform/host/desk/font_list.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/host/desk/pointer_event.h"
+
+namespace host {
+
+namespace {
+
+constexpr int kNameSize = 28;      // device-independent units, where the name has room
+constexpr int kSmallestName = 18;  // device-independent units
+constexpr int kRowMargin = 24;     // design units, at both ends of a row
+constexpr int kCorner = 14;        // design units
+constexpr int kThinLine = -2;
+constexpr int kThickLine = -3;
+
+/// The font in a smaller size where the text would not fit; at its smallest, the text is cut instead.
+font_s fitted(Text& text, const std::string& line, font_s font, int width) {
+    const int needed = text.measure(line, font, 0).w;
+    if (needed > width) font.size = std::max(font.size * width / needed, kSmallestName);
+    return font;
+}
+
+}  // namespace
+
+FontList::FontList(const Desk& desk, Rect box, int rows, std::string chosen)
+    : desk_(desk), families_(desk.text.families()), box_(box), rows_(rows), chosen_(std::move(chosen)) {
+    const auto place = std::find(families_.begin(), families_.end(), chosen_);
+    if (place != families_.end()) page_ = static_cast<int>(place - families_.begin()) / rows_;
+}
+
+std::string FontList::pageText() const { return std::to_string(page_ + 1) + " / " + std::to_string(pageCount()); }
+
+void FontList::turn(int pages) { page_ = (page_ + pages + pageCount()) % pageCount(); }
+
+void FontList::paint() {
+    desk_.screen.fill(box_, kWhite);
+    for (int row = 0; row < rows_; ++row) paintRow(row);
+}
+
+bool FontList::pointer(int type, Point at) {
+    if (type == kPointerDown) {
+        press(rowAt(at));
+        return false;
+    }
+    if (!pressed_ || (type != kPointerUp && rowAt(at) == pressed_)) return false;
+    const int row = *pressed_;
+    const bool acts = rowAt(at) == pressed_ && *family(row) != chosen_;
+    press(std::nullopt);
+    if (acts) choose(row);
+    return acts;
+}
+
+int FontList::pageCount() const {
+    const int families = static_cast<int>(families_.size());
+    return std::max((families + rows_ - 1) / rows_, 1);
+}
+
+Rect FontList::rowBox(int row) const {
+    const int top = box_.h * row / rows_;
+    return {box_.x, box_.y + top, box_.w, box_.h * (row + 1) / rows_ - top};
+}
+
+const std::string* FontList::family(int row) const {
+    const auto index = static_cast<std::size_t>(page_ * rows_ + row);
+    return index < families_.size() ? &families_[index] : nullptr;
+}
+
+std::optional<int> FontList::rowAt(Point at) const {
+    for (int row = 0; row < rows_; ++row) {
+        if (family(row) != nullptr && rowBox(row).contains(at)) return row;
+    }
+    return std::nullopt;
+}
+
+void FontList::paintRow(int row) {
+    const Rect box = rowBox(row);
+    desk_.screen.fill(box, kWhite);
+    const std::string* name = family(row);
+    if (name == nullptr) return;
+    const bool pressed = pressed_ == row;
+    const int line = desk_.device.frameThickness(kThinLine);
+    const int radius = desk_.device.designToPixel(kCorner);
+    if (pressed) desk_.screen.fill(box, kBlack);
+    if (*name == chosen_) {
+        const int thick = desk_.device.frameThickness(kThickLine);
+        desk_.screen.frame({.box = box, .thickness = thick, .radius = radius});
+    } else {
+        desk_.screen.fill({box.x, box.y + box.h - line, box.w, line}, kBlack);
+    }
+    const int margin = desk_.device.designToPixel(kRowMargin);
+    paintName({box.x + margin, box.y + line, box.w - 2 * margin, box.h - 2 * line}, *name, pressed ? kWhite : kBlack);
+}
+
+/// The name in its own font. A font that cannot show it has the name in the default font, and some of its own
+/// characters at the end of the row, where at least two of them have room.
+void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
+    const font_s own{family, kNameSize};
+    const TextStyle style{.wrap = Wrap::None, .colour = colour};
+    const std::string sample = desk_.text.sample(family);
+    if (sample.empty()) {
+        return desk_.text.draw(desk_.screen, inside, family, fitted(desk_.text, family, own, inside.w), style);
+    }
+
+    const int margin = desk_.device.designToPixel(kRowMargin);
+    const int room = inside.w - margin - 2 * inside.h;
+    const font_s plain = fitted(desk_.text, family, {desk_.text.defaultFamily(0), kNameSize}, room);
+    const int nameWidth = std::min(desk_.text.measure(family, plain, 0).w, room);
+    const int sampleWidth = std::min(desk_.text.measure(sample, own, 0).w, inside.w - nameWidth - margin);
+    desk_.text.draw(desk_.screen, {inside.x, inside.y, nameWidth, inside.h}, family, plain, style);
+    const int end = inside.x + inside.w;
+    desk_.text.draw(desk_.screen, {end - sampleWidth, inside.y, sampleWidth, inside.h}, sample, own, style);
+}
+
+void FontList::press(std::optional<int> row) {
+    for (const std::optional<int> changed : {std::exchange(pressed_, row), row}) {
+        if (!changed) continue;
+        paintRow(*changed);
+        desk_.panel.update(rowBox(*changed), Waveform::Fast);
+    }
+}
+
+void FontList::choose(int row) {
+    const std::string before = std::exchange(chosen_, *family(row));
+    for (int changed = 0; changed < rows_; ++changed) {
+        const std::string* name = family(changed);
+        if (name == nullptr || (*name != before && *name != chosen_)) continue;
+        paintRow(changed);
+        desk_.panel.update(rowBox(changed), Waveform::Regular);
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,214 @@
+#include "platform/host/desk/loop.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+constexpr int kPointerUp = 29;
+constexpr int kPointerDown = 30;
+constexpr int kPointerMove = 31;
+constexpr int kPointerReport = 35;
+constexpr int kRepaint = 23;
+
+/// At this pace a press reports where the pointer is; the application spares the panel by it.
+constexpr Instant kReportInterval{100};
+
+bool isPointer(int type) {
+    return type == kPointerUp || type == kPointerDown || type == kPointerMove || type == kPointerReport;
+}
+
+/// Keeps the open modals off the screen while the application draws below them.
+class BelowModals {
+public:
+    explicit BelowModals(Modals& modals) : modals_(modals) {
+        if (modals_.top() != nullptr) modals_.lift();
+    }
+    ~BelowModals() { modals_.lower(); }
+    BelowModals(const BelowModals&) = delete;
+    BelowModals& operator=(const BelowModals&) = delete;
+
+private:
+    Modals& modals_;
+};
+
+}  // namespace
+
+Loop::Loop(Size screen, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace)
+    : screen_(screen),
+      clock_(clock),
+      display_(display),
+      panel_(panel),
+      modals_(modals),
+      trace_(trace),
+      signals_([this] {
+          interrupted_ = true;
+          display_.wake();
+      }) {}
+
+event_handler_t Loop::setHandler(event_handler_t handler) {
+    repaintDue_ = true;
+    return std::exchange(handler_, handler);
+}
+
+void Loop::setHome(event_handler_t handler) {
+    home_ = handler;
+    handler_ = handler;
+}
+
+void Loop::enter(const Callback& callback) {
+    {
+        const BelowModals below(modals_);
+        trace_.enter(callback.entry);
+        callback.run();
+        trace_.leave();
+    }
+    settle();
+}
+
+void Loop::event(int type, int par1, int par2) {
+    Modal* const modal = modals_.top();
+    if (modal != nullptr && isPointer(type)) {
+        modal->pointer(type, {par1, par2});
+        settle();
+        return;
+    }
+    deliver(type, par1, par2);
+    settle();
+}
+
+bool Loop::command(const std::function<bool(Modal&)>& action) {
+    Modal* const modal = modals_.top();
+    if (modal == nullptr || !action(*modal)) return false;
+    settle();
+    return true;
+}
+
+void Loop::input(const Input& input) {
+    switch (input.kind) {
+        case Input::Kind::PointerDown:
+        case Input::Kind::PointerMove:
+        case Input::Kind::PointerUp:
+            pointer(input.kind, input.at);
+            return;
+        case Input::Kind::Key:
+            command([&](Modal& modal) { return modal.key(input.key), true; });
+            return;
+        case Input::Kind::Text:
+            command([&](Modal& modal) { return modal.text(input.text), true; });
+            return;
+        case Input::Kind::Close:
+            stop(0);
+            return;
+    }
+}
+
+void Loop::pointer(Input::Kind kind, Point at) {
+    const bool down = kind == Input::Kind::PointerDown;
+    if (down == pressed_) return;
+    int type = kPointerMove;
+    if (kind == Input::Kind::PointerUp) type = kPointerUp;
+    if (down) type = kPointerDown;
+    if (kind == Input::Kind::PointerMove && clock_.now() - lastReport_ >= kReportInterval) type = kPointerReport;
+    if (type == kPointerDown || type == kPointerReport) lastReport_ = clock_.now();
+    pressed_ = kind != Input::Kind::PointerUp;
+    event(type, std::clamp(at.x, 0, screen_.w - 1), std::clamp(at.y, 0, screen_.h - 1));
+}
+
+int Loop::run(Player* player) {
+    settle();
+    while (!stopped()) {
+        passTime(player);
+        const Instant now = clock_.now();
+        if (!stopped()) panel_.advance();
+        fireTimers(now);
+        if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
+    }
+    return status_;
+}
+
+void Loop::stop(int status) {
+    if (stopped_) return;
+    stopped_ = true;
+    status_ = status;
+}
+
+void Loop::deliver(int type, int par1, int par2) {
+    if (handler_ == nullptr) return;
+    const BelowModals below(modals_);
+    const bool traced = !atHome();
+    if (traced) trace_.enter("event", type, par1, par2);
+    const int result = handler_(type, par1, par2);
+    if (traced) trace_.leave(result);
+}
+
+void Loop::fireTimers(Instant now) {
+    // One by one, since each may set or clear others.
+    while (!stopped()) {
+        const std::optional<DueTimer> timer = timers_.takeDue(now);
+        if (!timer) return;
+        fire(*timer);
+    }
+}
+
+void Loop::fire(const DueTimer& timer) {
+    // A real clock's lost time stays lost: catching up after a suspend would be a storm of timers.
+    if (clock_.isVirtual()) firing_ = timer.due;
+    trace_.enter("timer", timer.name);
+    if (timer.plain != nullptr) {
+        timer.plain();
+    } else {
+        timer.withContext(timer.context);
+    }
+    trace_.leave();
+    firing_.reset();
+    settle();
+}
+
+void Loop::settle() {
+    // What a callback changes is taken up by the settling in progress.
+    if (settling_) return;
+    settling_ = true;
+    for (;;) {
+        if (std::exchange(repaintDue_, false)) {
+            deliver(kRepaint, 0, 0);
+            continue;
+        }
+        const std::optional<Callback> callback = modals_.takeClosed();
+        if (!callback) break;
+        enter(*callback);
+    }
+    settling_ = false;
+}
+
+std::optional<Instant> Loop::nextInstant(const Player* player) const {
+    std::optional<Instant> next = timers_.nextDue();
+    const auto consider = [&](std::optional<Instant> instant) {
+        if (instant && (!next || *instant < *next)) next = instant;
+    };
+    consider(panel_.nextStep());
+    if (player != nullptr) consider(player->resumeAt());
+    return next;
+}
+
+void Loop::passTime(const Player* player) {
+    std::optional<Instant> until = nextInstant(player);
+    if (until && clock_.isVirtual()) {
+        clock_.advanceTo(*until);
+        return;
+    }
+    std::optional<Milliseconds> patience;
+    if (until) patience = std::max(*until - clock_.now(), Milliseconds{0});
+    std::optional<Input> taken = display_.wait(patience);
+    while (taken) {
+        input(*taken);
+        // A flood of input holds up neither timers nor the panel.
+        until = nextInstant(player);
+        if (stopped() || (until && *until <= clock_.now())) return;
+        taken = display_.wait(Milliseconds{0});
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,69 @@
+#include "platform/host/desk/signals.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+constexpr std::array<int, 4> kSignals{SIGTERM, SIGINT, SIGHUP, SIGPIPE};
+constexpr char kAsked = 'a';
+constexpr char kFinished = 'f';
+
+/// Where the handler writes. A handler, unlike signals blocked for a waiting thread, also works on the threads that
+/// libraries have started before.
+std::atomic<int> handlerPipe{-1};
+
+void send(int pipe, char what) {
+    while (write(pipe, &what, 1) < 0 && errno == EINTR) {
+    }
+}
+
+void handle(int) {
+    const int saved = errno;
+    send(handlerPipe.load(), kAsked);
+    errno = saved;
+}
+
+}  // namespace
+
+EndSignals::EndSignals(std::function<void()> ask) : ask_(std::move(ask)) {
+    if (pipe2(pipe_.data(), O_CLOEXEC) != 0) return;  // no descriptors left: the signals keep their plain effect
+    outerPipe_ = handlerPipe.exchange(pipe_[1]);
+    watcher_ = std::thread([this] { watch(); });
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        struct sigaction action {};
+        action.sa_flags = SA_RESTART;
+        action.sa_handler = kSignals[i] == SIGPIPE ? SIG_IGN : handle;
+        sigaction(kSignals[i], nullptr, &before_[i]);
+        const bool nohup = kSignals[i] == SIGHUP && before_[i].sa_handler == SIG_IGN;
+        if (!nohup) sigaction(kSignals[i], &action, nullptr);
+    }
+}
+
+EndSignals::~EndSignals() {
+    if (!watcher_.joinable()) return;
+    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &before_[i], nullptr);
+    handlerPipe = outerPipe_;
+    send(pipe_[1], kFinished);
+    watcher_.join();
+    for (const int end : pipe_) close(end);
+}
+
+void EndSignals::watch() {
+    for (;;) {
+        char what = 0;
+        const ssize_t got = read(pipe_[0], &what, 1);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0 || what == kFinished) return;
+        ask_();
+    }
+}
+
+}  // namespace host

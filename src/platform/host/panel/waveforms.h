@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/host/desk/clock.h"
+#include "platform/host/geometry.h"
+#include "platform/host/panel/refresh.h"
+#include "platform/host/screen/framebuffer.h"
+
+namespace host {
+
+/// Plays refreshes in the time that an e-ink panel takes for them. As in a panel's controller, each refresh in
+/// flight drives the pixels it has to change, many refreshes run at once, and a pixel that is driven already waits
+/// for the end of its refresh; what waits merges. Memory is fixed, however many refreshes are asked for. Owned by
+/// the Panel, whose picture it borrows.
+class Waveforms {
+public:
+    /// `shown` is white.
+    explicit Waveforms(Framebuffer& shown);
+
+    /// Brings `area`, which lies inside the screen, to what `screen` holds there now.
+    void request(const Framebuffer& screen, Rect area, Waveform waveform, Instant now);
+
+    /// When the picture changes next; nothing when all refreshes have finished.
+    [[nodiscard]] std::optional<Instant> nextStep() const;
+
+    /// Changes the picture to what the panel shows at `now`. Returns the areas that have changed, valid until the
+    /// next call.
+    const std::vector<Rect>& advance(Instant now);
+
+private:
+    /// Scans of the panel since the program's start.
+    using Scan = std::int64_t;
+
+    /// A refresh under way.
+    struct Flight {
+        bool active = false;
+        Waveform waveform = Waveform::Fast;
+        Rect area{};
+        Scan begin = 0;
+        Scan end = 0;
+        Scan drawn = 0;  ///< the scan that the picture shows
+    };
+
+    struct Request {
+        Rect area{};
+        Waveform waveform = Waveform::Fast;
+    };
+
+    /// What the scan of a request over its pixels comes to.
+    enum class Pixel { Rests, Starts, Waits };
+
+    [[nodiscard]] Pixel judge(int x, int y, Waveform waveform) const;
+    [[nodiscard]] std::optional<std::uint8_t> freeSlot() const;
+    [[nodiscard]] Request absorbWaiting(Request request);
+    void start(Request request, Scan scan);
+    void startWaiting(Scan scan);
+    void finish(Scan scan);
+    void drive(std::uint8_t slot, Scan scan);
+
+    // A controller runs 16 to 64 refreshes at once; a pixel's owner fits a byte.
+    static constexpr std::uint8_t kFree = 0xFF;
+    std::array<Flight, 63> flights_{};
+    std::vector<Request> waiting_;
+    std::vector<Rect> changed_;
+
+    Framebuffer& shown_;
+    Framebuffer from_;   ///< what a pixel in flight showed when its flight began
+    Framebuffer to_;     ///< where a pixel has been, or is being, driven
+    Framebuffer goal_;   ///< what was asked for last; differs from `to_` only while it waits
+    Framebuffer owner_;  ///< the slot of the flight that drives a pixel, or kFree
+};
+
+}  // namespace host

@@ -1,0 +1,68 @@
+#include "platform/host/screen/text_block.h"
+
+#include <pango/pango.h>
+
+namespace host {
+
+namespace {
+
+/// Hinting may move the edge of a glyph beyond the ink that its outline promises.
+constexpr int kHintingMargin = 2;
+
+struct FreeIterator {
+    void operator()(PangoLayoutIter* lines) const { pango_layout_iter_free(lines); }
+};
+
+Rect pixels(const PangoRectangle& units) {
+    const int left = PANGO_PIXELS_FLOOR(units.x);
+    const int top = PANGO_PIXELS_FLOOR(units.y);
+    return {left, top, PANGO_PIXELS_CEIL(units.x + units.width) - left,
+            PANGO_PIXELS_CEIL(units.y + units.height) - top};
+}
+
+}  // namespace
+
+void TextBlock::Release::operator()(_PangoLayout* layout) const { g_object_unref(layout); }
+
+std::vector<TextBlock::Line> TextBlock::lines() const {
+    if (layout_ == nullptr) return {};
+    std::vector<Line> found;
+    const std::unique_ptr<PangoLayoutIter, FreeIterator> at(pango_layout_get_iter(layout_.get()));
+    do {
+        PangoRectangle ink;
+        PangoRectangle box;
+        pango_layout_iter_get_line_extents(at.get(), &ink, &box);
+        const PangoLayoutLine* line = pango_layout_iter_get_line_readonly(at.get());
+        found.push_back({pixels(box), pixels(ink).inset(-kHintingMargin), static_cast<std::size_t>(line->start_index),
+                         static_cast<std::size_t>(line->length)});
+    } while (pango_layout_iter_next_line(at.get()));
+    return found;
+}
+
+Rect TextBlock::cursor(std::size_t offset) const {
+    if (layout_ == nullptr) return {};
+    PangoRectangle place;
+    pango_layout_get_cursor_pos(layout_.get(), static_cast<int>(offset), &place, nullptr);
+    Rect box = pixels(place);
+    box.w = 0;
+    return box;
+}
+
+std::size_t TextBlock::offsetAt(Point at) const {
+    if (layout_ == nullptr) return 0;
+    int index = 0;
+    int trailing = 0;
+    pango_layout_xy_to_index(layout_.get(), at.x * PANGO_SCALE, at.y * PANGO_SCALE, &index, &trailing);
+    const char* text = pango_layout_get_text(layout_.get());
+    return static_cast<std::size_t>(g_utf8_offset_to_pointer(text + index, trailing) - text);
+}
+
+bool TextBlock::readsFromRight(std::size_t offset) const {
+    if (layout_ == nullptr) return false;
+    int line = 0;
+    pango_layout_index_to_line_x(layout_.get(), static_cast<int>(offset), FALSE, &line, nullptr);
+    PangoLayoutLine* found = pango_layout_get_line_readonly(layout_.get(), line);
+    return pango_layout_line_get_resolved_direction(found) == PANGO_DIRECTION_RTL;
+}
+
+}  // namespace host

@@ -1,0 +1,81 @@
+#include "platform/host/toolkit.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <utility>
+
+#include "platform/device.h"
+#include "platform/host/panel/browser_display.h"
+#include "platform/host/panel/headless_display.h"
+#include "platform/host/panel/window_display.h"
+
+namespace host {
+
+namespace {
+
+std::unique_ptr<Toolkit> instance;
+
+PixelFormat formatOf(const Device& device) { return device.colour ? PixelFormat::Rgb24 : PixelFormat::Grey8; }
+
+std::unique_ptr<Display> openBrowserDisplay(const Options& options) {
+    const BrowserSettings settings{options.port, options.listen, options.passwordFile,
+                                   findTheme(options.theme) / "browser"};
+    std::string error;
+    auto display = openBrowser(settings, options.device.bounds().size(), formatOf(options.device), error);
+    if (display == nullptr) refuse(error);
+    return display;
+}
+
+std::unique_ptr<Display> openDisplay(const Options& options) {
+    if (options.display == DisplayKind::Headless) return openHeadless();
+    if (options.display == DisplayKind::Browser) return openBrowserDisplay(options);
+    std::string error;
+    auto window = openWindow(options.device.bounds().size(), formatOf(options.device), "Colour", error);
+    if (window != nullptr) return window;
+    if (options.display == DisplayKind::Window) refuse(error);
+    std::fprintf(stderr, "colour: %s; showing the panel in the browser instead\n", error.c_str());
+    return openBrowserDisplay(options);
+}
+
+Clock clockFor(const Options& options) {
+    return options.display == DisplayKind::Headless ? Clock(options.clock) : Clock();
+}
+
+}  // namespace
+
+Toolkit::Toolkit(Options chosen)
+    : options(std::move(chosen)),
+      clock(clockFor(options)),
+      storage(options.storage),
+      theme(findTheme(options.theme), options.device),
+      languages(findTheme(options.theme) / "languages", options.language),
+      text(options.device),
+      screen(options.device.bounds().size(), formatOf(options.device)),
+      display(openDisplay(options)),
+      panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
+      modals(screen, panel, *display),
+      loop(options.device.bounds().size(), clock, *display, panel, modals, trace),
+      desk{options.device, screen, panel, text, theme, languages} {}
+
+void makeToolkit(Options options) {
+    const bool repeatable = options.display == DisplayKind::Headless || !options.script.empty();
+    g_process_pid = repeatable ? 1 : static_cast<int>(getpid());
+    instance = std::make_unique<Toolkit>(std::move(options));
+    if (instance->options.trace.empty()) return;
+    const bool fastSleep = instance->storage.access("/mnt/ext1/fast_sleep", F_OK) == 0;
+    std::string error;
+    if (!instance->trace.open(instance->options.trace, instance->options.device, fastSleep, error)) refuse(error);
+}
+
+Toolkit& toolkit() { return *instance; }
+
+void refuse(const std::string& reason) {
+    std::fprintf(stderr, "colour: %s\n", reason.c_str());
+    std::exit(2);
+}
+
+}  // namespace host

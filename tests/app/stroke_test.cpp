@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "support/app.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+std::vector<std::string> starting(const std::vector<std::string>& lines, const std::string& word) {
+    std::vector<std::string> found;
+    for (const std::string& line : lines) {
+        if (line.starts_with(word + " ")) found.push_back(line);
+    }
+    return found;
+}
+
+class Stroke : public testing::Test {
+protected:
+    Stroke() {
+        app.create();
+        app.calls();
+    }
+
+    App app;
+};
+
+}  // namespace
+
+TEST_F(Stroke, DrawsEachPieceOnceAndThreePointsBehindThePointer) {
+    app.down(100, 400);
+    for (int point = 1; point < 9; ++point) app.move(100 + 20 * point, 400);
+    std::vector<std::string> pieces = starting(app.calls(), "drawXYSpline");
+    ASSERT_EQ(pieces.size(), 6U);
+    EXPECT_EQ(pieces.front(), "drawXYSpline 100 400 120 400 100 0xFF0000 10");
+    app.up(280, 400);
+    pieces = starting(app.calls(), "drawXYSpline");
+    ASSERT_EQ(pieces.size(), 3U);
+    EXPECT_EQ(pieces.back(), "drawXYSpline 260 400 280 400 100 0xFF0000 10");
+}
+
+// A report comes about ten times a second in the middle of a stroke: the line must have no hole there.
+TEST_F(Stroke, HasNoHoleWhereReportsComeBetweenMoves) {
+    for (const int report_at : {1, 2, 5, 9}) {
+        app.down(100, 400);
+        for (int point = 1; point < 12; ++point) {
+            app.event(point == report_at ? EventType::PointerReport : EventType::PointerMove, 100 + 20 * point, 400);
+        }
+        app.up(340, 400);
+        EXPECT_EQ(starting(app.calls(), "drawXYSpline").size(), 12U) << report_at;
+    }
+    for (int x = 100; x <= 340; ++x) EXPECT_EQ(App::pixel(x, 400), kRed) << x;
+}
+
+TEST_F(Stroke, RefreshesAlignedBlocksAndEndsAtTheCanvasEdge) {
+    app.down(10, 121);
+    app.down(11, 121);
+    app.down(1403, 1871);
+    EXPECT_THAT(starting(app.calls(), "DynamicUpdateBW"),
+                ElementsAre("DynamicUpdateBW 8 120 4 4", "DynamicUpdateBW 8 120 8 4", "DynamicUpdateBW 1400 1868 4 4"));
+}
+
+TEST_F(Stroke, ShowsAllItsInkBeforeThePenIsLifted) {
+    app.down(300, 400);
+    for (int i = 1; i < 40; ++i) app.move(300 + 5 * i, 400 + static_cast<int>(std::lround(60 * std::sin(i / 5.0))));
+    app.up(500, 400);
+    const host::Framebuffer& shown = App::kit().panel.shown();
+    for (int y = 300; y < 500; ++y) {
+        for (int x = 280; x < 520; ++x) {
+            const int lightness = App::pixel(x, y) & 0xFF;
+            if (lightness < 0x80) {
+                ASSERT_EQ(*shown.at(x, y), 0) << x << ' ' << y;
+            }
+            if (lightness == 0xFF) {
+                ASSERT_EQ(*shown.at(x, y), 0xFF) << x << ' ' << y;
+            }
+        }
+    }
+}
+
+TEST_F(Stroke, OutsideTheCanvasIsNone) {
+    app.down(700, 107);
+    app.move(700, 300);
+    app.up(700, 400);
+    EXPECT_THAT(app.calls(), Not(Contains(StartsWith("drawXYSpline"))));
+}
+
+TEST_F(Stroke, LiftedOutsideEndsAtTheEdgeAndIsOneStep) {
+    app.down(700, 150);
+    app.move(700, 130);
+    app.up(700, 40);
+    EXPECT_THAT(app.calls(), Contains("drawXYSpline 700 130 700 108 100 0xFF0000 10"));
+    EXPECT_EQ(App::pixel(700, 120), kRed);
+    app.tap(1078, 50);
+    EXPECT_EQ(App::pixel(700, 120), kWhite);
+}
+
+TEST_F(Stroke, CancelsThePendingRefreshOfTheOneBefore) {
+    app.tap(300, 400);
+    App::kit().clock.advanceTo(host::Milliseconds(400));
+    app.down(300, 500);
+    EXPECT_FALSE(App::kit().loop.timers().takeDue(host::Milliseconds(500)).value_or(host::DueTimer{}).withContext);
+}
+
+TEST_F(Stroke, OfTheEraserClearsSquaresAndKeepsTheToolbar) {
+    const host::Framebuffer before = App::screenshot();
+    app.tap(700, 112);
+    app.tap(568, 50);
+    app.tap(700, 112);
+    app.tap(398, 50);
+    EXPECT_TRUE(App::screenshot() == before);
+}

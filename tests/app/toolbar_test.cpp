@@ -1,0 +1,118 @@
+#include <gmock/gmock.h>
+
+#include "colour/dp.h"
+#include "colour/text_frame.h"
+#include "support/app.h"
+
+using testing::Contains;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+host::Device small() { return {.width = 1072, .height = 1448, .dpi = 227}; }
+
+}  // namespace
+
+TEST(Lengths, AreCutOffTowardZero) {
+    const App app({.dpi = 300});
+    EXPECT_EQ(quillo::dp(55.5), 104);
+    EXPECT_EQ(quillo::dp(50.1), 93);
+    EXPECT_EQ(quillo::dp(-3.0), -5);
+    EXPECT_EQ(quillo::dp(0), 0);
+}
+
+TEST(Toolbar, TakesAPressOnItsEdgesAndLeavesTheGapToTheCanvas) {
+    App app;
+    app.create();
+    // The pen button covers 352 .. 445; both edge lines belong to it.
+    app.calls();
+    app.down(445, 98);
+    EXPECT_THAT(app.calls(), Contains("< 1"));
+    app.up(446, 98);
+    app.calls();
+    app.down(446, 50);
+    EXPECT_THAT(app.calls(), Contains("< 0"));
+}
+
+TEST(Toolbar, MarksTheToolAndKeepsTheMarkForCommands) {
+    App app;
+    app.create();
+    app.tap(568, 50);
+    app.calls();
+    app.tap(1078, 50);
+    app.event(EventType::Redraw, 0, 0);
+    EXPECT_THAT(app.calls(), Contains("DrawFrameRectCertifiedEx 505 100 128 8 8 15 31 4 0x000000 0xFFFFFF"));
+}
+
+TEST(Toolbar, StartsBlackOnAGreyPanel) {
+    App app({.width = 600, .height = 800, .dpi = 167, .colour = false});
+    app.create();
+    app.calls();
+    app.tap(300, 500);
+    EXPECT_THAT(app.calls(), Contains("drawXYSpline 300 500 300 500 100 0x000000 6"));
+}
+
+TEST(Palette, StandsWhereItsLengthsPutIt) {
+    App app(small());
+    app.create();
+    // Colour button at 227 dpi: x from 137, 71 wide.
+    app.tap(160, 30);
+    const auto calls = app.calls();
+    EXPECT_THAT(calls, Contains(StartsWith("DrawFrameRectCertifiedEx 79 100 448 224 ")));
+    EXPECT_THAT(calls, Contains("FillAreaRect 128 133 64 64 0xFFFFFF"));
+    EXPECT_THAT(calls, Contains("FillAreaRect 413 228 64 64 0xFFFFFF"));
+}
+
+TEST(Palette, RingsTheCurrentColourAndOutlinesWhite) {
+    App app;
+    app.create();
+    app.calls();
+    app.tap(228, 50);
+    const auto calls = app.calls();
+    EXPECT_THAT(calls, Contains("DrawFrameRectCertifiedEx 296 177 84 84 -2 15 15 42 0x000000 0xFFFFFF"));
+    EXPECT_EQ(std::count_if(calls.begin(), calls.end(),
+                            [](const std::string& line) {
+                                return line.starts_with("DrawFrameCertifiedEx") && line.find(" 66 66 1 ") != line.npos;
+                            }),
+              1);
+}
+
+TEST(Palette, GivesBlackAndWhite) {
+    App app;
+    app.create();
+    app.tap(228, 50);
+    app.tap(212, 219);
+    app.tap(700, 900);
+    app.tap(228, 50);
+    app.tap(590, 345);
+    app.calls();
+    app.tap(700, 900);
+    EXPECT_THAT(app.calls(), Contains("drawXYSpline 700 900 700 900 100 0xFFFFFF 10"));
+    EXPECT_EQ(App::pixel(700, 900), kWhite);
+}
+
+TEST(Thickness, ChangesTheLine) {
+    App app;
+    app.create();
+    for (const auto& [x, width] : {std::pair{190, 2}, {322, 6}, {454, 10}, {586, 14}, {718, 18}}) {
+        app.tap(398, 50);
+        app.tap(x, 200);
+        app.calls();
+        app.tap(700, 900);
+        EXPECT_THAT(app.calls(), Contains(testing::EndsWith("0xFF0000 " + std::to_string(width))));
+    }
+}
+
+TEST(Popup, KeepsEveryEventFromTheCanvas) {
+    App app;
+    app.create();
+    app.tap(398, 50);
+    app.calls();
+    app.down(900, 1200);
+    app.move(910, 1210);
+    app.up(920, 1220);
+    const auto calls = app.calls();
+    EXPECT_THAT(calls, Not(Contains(StartsWith("drawXYSpline"))));
+    EXPECT_THAT(calls, Contains("PartialUpdate 0 0 1404 1872"));
+}

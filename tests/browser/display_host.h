@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "platform/host/panel/browser_display.h"
+
+/// A browser display that runs as in the program, on a thread of its own; its inputs are kept for the test.
+class DisplayHost {
+public:
+    explicit DisplayHost(host::Size size, host::PixelFormat format = host::PixelFormat::Rgb24,
+                         host::BrowserSettings settings = {});
+    ~DisplayHost();
+
+    /// Runs `task` between two waits of the display, and returns when it is done.
+    void run(const std::function<void(host::Display&, host::Framebuffer&)>& task);
+    /// Fills the area with noise and presents it.
+    void presentNoise(host::Rect area);
+
+    /// The next input; nothing when none comes within a second or the time given.
+    std::optional<host::Input> input(std::chrono::milliseconds limit = std::chrono::seconds(1));
+
+    /// The panel's picture, 4 bytes a pixel, the last of them 0.
+    std::string picture();
+
+    std::string address;  ///< as printed
+    int port = 0;
+
+private:
+    void loop(const std::stop_token& stop);
+
+    std::unique_ptr<host::Display> display_;
+    host::Framebuffer shown_;
+    std::mutex mutex_;
+    std::deque<std::packaged_task<void()>> tasks_;
+    std::deque<host::Input> inputs_;
+    std::jthread thread_;
+};

@@ -1,0 +1,128 @@
+#include "browser/vnc_peer.h"
+
+#include <netinet/in.h>
+#include <rfb/rfb.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+std::string big(std::uint32_t value, int bytes) {
+    std::string text;
+    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8) text += static_cast<char>(value >> shift & 0xFF);
+    return text;
+}
+
+std::string big16(int value) { return big(static_cast<std::uint32_t>(value), 2); }
+
+int number(const std::string& bytes, std::size_t at, std::size_t count) {
+    std::uint32_t value = 0;
+    for (std::size_t i = at; i < at + count && i < bytes.size(); ++i) {
+        value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    }
+    return static_cast<int>(value);
+}
+
+}  // namespace
+
+Peer::Peer(int port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+    constexpr timeval kLimit{15, 0};
+    setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &kLimit, sizeof kLimit);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (connect(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) leave();
+}
+
+void Peer::send(const std::string& bytes) {
+    static_cast<void>(!::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
+}
+
+std::string Peer::read(std::size_t count) {
+    std::string bytes;
+    std::array<char, 65536> buffer;
+    while (bytes.size() < count) {
+        const ssize_t got = recv(socket_.get(), buffer.data(), std::min(buffer.size(), count - bytes.size()), 0);
+        if (got <= 0) break;
+        bytes.append(buffer.data(), static_cast<std::size_t>(got));
+    }
+    return bytes;
+}
+
+VncPeer::VncPeer(int port, const std::string& password) : Peer(port) {
+    send(read(12));
+    authenticate(password);
+    if (!admitted_) return;
+    send("\1");
+    const std::string init = read(24);
+    read(static_cast<std::size_t>(number(init, 20, 4)));
+    size_ = {number(init, 0, 2), number(init, 2, 2)};
+    picture_.resize(static_cast<std::size_t>(size_.w) * static_cast<std::size_t>(size_.h) * 4);
+    send(std::string("\2\0\0\1", 4) + big(0, 4));
+}
+
+void VncPeer::authenticate(const std::string& password) {
+    const std::string types = read(static_cast<std::size_t>(number(read(1), 0, 1)));
+    send(types.substr(0, 1));
+    if (types == "\2") {
+        std::string challenge = read(16);
+        std::string key = password + std::string(8, '\0');
+        rfbEncryptBytes(reinterpret_cast<unsigned char*>(challenge.data()), key.data());
+        send(challenge);
+    }
+    admitted_ = read(4) == std::string(4, '\0');
+}
+
+void VncPeer::request(bool incremental, host::Rect area) {
+    send(std::string("\3") + static_cast<char>(incremental) + big16(area.x) + big16(area.y) + big16(area.w) +
+         big16(area.h));
+}
+
+std::vector<host::Rect> VncPeer::readUpdate() {
+    std::vector<host::Rect> areas;
+    const int count = number(read(4), 2, 2);
+    for (int i = 0; i < count; ++i) {
+        const std::string header = read(12);
+        const host::Rect area{number(header, 0, 2), number(header, 2, 2), number(header, 4, 2), number(header, 6, 2)};
+        for (int y = area.y; y < area.bottom(); ++y) {
+            const std::string row = read(static_cast<std::size_t>(area.w) * 4);
+            picture_.replace(static_cast<std::size_t>(y * size_.w + area.x) * 4, row.size(), row);
+        }
+        areas.push_back(area);
+    }
+    return areas;
+}
+
+const std::string& VncPeer::readPicture() {
+    request(false, {0, 0, size_.w, size_.h});
+    int rows = 0;
+    while (rows < size_.h) {
+        const std::vector<host::Rect> areas = readUpdate();
+        if (areas.empty()) break;
+        for (const host::Rect& area : areas) rows += area.h;  // each is as wide as the panel
+    }
+    // The fourth byte of a pixel means nothing.
+    for (std::size_t i = 3; i < picture_.size(); i += 4) picture_[i] = 0;
+    return picture_;
+}
+
+void VncPeer::pointer(int buttons, host::Point at) {
+    send(std::string("\5") + static_cast<char>(buttons) + big16(at.x) + big16(at.y));
+}
+
+void VncPeer::key(std::uint32_t keysym, bool down) {
+    send(std::string("\4") + static_cast<char>(down) + big16(0) + big(keysym, 4));
+}
+
+void VncPeer::strike(std::uint32_t keysym) {
+    key(keysym, true);
+    key(keysym, false);
+}
+
+void VncPeer::clipboard(const std::string& latin1) {
+    send(std::string("\6\0\0\0", 4) + big(static_cast<std::uint32_t>(latin1.size()), 4) + latin1);
+}

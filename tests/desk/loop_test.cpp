@@ -1,0 +1,248 @@
+#include "platform/host/desk/loop.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <thread>
+
+#include "desk/world.h"
+#include "platform/host/panel/headless_display.h"
+
+namespace host::test {
+namespace {
+
+constexpr Rect kBox{50, 50, 100, 80};
+
+TEST(Handlers, ANewOneIsRepaintedWhenTheCallThatInstalledItHasReturned) {
+    World world;
+    world.begin();
+    world.loop.enter({"create", [&] {
+                          world.trace.call("SetEventHandler");
+                          world.loop.setHandler(World::application);
+                          world.trace.call("ClearScreen");
+                      }});
+    EXPECT_EQ(world.traced(), "> create\nSetEventHandler\nClearScreen\n<\n> event 23 0 0\n< 7\n");
+}
+
+TEST(Handlers, TheExplorersReturnIsRepaintedWithoutATrace) {
+    World world;
+    world.start();
+    world.on[30] = [&] { EXPECT_EQ(world.loop.setHandler(World::home), World::application); };
+    world.loop.event(30, 1, 2);
+    EXPECT_EQ(world.traced(), "> event 30 1 2\n< 7\n");
+    EXPECT_EQ(world.toldHome, "23 ");
+    EXPECT_TRUE(world.loop.atHome());
+    world.loop.event(29, 1, 2);
+    EXPECT_EQ(world.toldHome, "23 29 ");
+}
+
+TEST(ModalsOnTheLoop, TheCallbackComesWhenTheScreenIsPutBackAndRefreshed) {
+    World world;
+    world.start();
+    world.screen.fill({60, 60, 1, 1}, 0x808080);
+    const Callback callback{"dialog 2", [&] {
+                                EXPECT_EQ(world.drawn(60, 60), 0x80);
+                                EXPECT_EQ(world.shown(60, 60), 0x80);
+                                EXPECT_EQ(world.modals.top(), nullptr);
+                                world.openModal(kBox);
+                            }};
+    world.openModal(kBox, callback);
+    EXPECT_EQ(world.shown(60, 60), 0);
+    EXPECT_EQ(world.display.textPlace, kBox);
+
+    world.loop.event(30, 60, 60);
+    EXPECT_EQ(world.traced(), "");
+    world.loop.event(29, 60, 60);
+    EXPECT_EQ(world.traced(), "> dialog 2\n<\n");
+    EXPECT_EQ(world.toldModal, "30@60,60 29@60,60 ");
+    EXPECT_NE(world.modals.top(), nullptr) << "the one that the callback opened";
+
+    world.loop.command([](Modal& modal) { return modal.cancel(), true; });
+    EXPECT_EQ(world.shown(60, 60), 0x80);
+    EXPECT_EQ(world.display.textPlace, std::nullopt);
+    EXPECT_EQ(world.traced(), "> dialog 2\n<\n") << "a modal without a callback just goes";
+}
+
+TEST(ModalsOnTheLoop, OtherEventsAreDrawnBelowThem) {
+    World world;
+    world.start();
+    world.openModal(kBox);
+    world.on[43] = [&] {
+        EXPECT_EQ(world.drawn(60, 60), 0xFF) << "the modal is off the screen";
+        world.screen.fill({0, 0, 300, 200}, 0x404040);
+        world.openModal({100, 60, 100, 100});  // over the other's right part
+    };
+    world.loop.event(43, 0, 0);
+    EXPECT_EQ(world.traced(), "> event 43 0 0\n< 7\n");
+    EXPECT_EQ(world.shown(60, 60), 0);
+    EXPECT_EQ(world.shown(180, 100), 0);
+
+    world.on.clear();
+    world.loop.event(29, 0, 0);
+    EXPECT_EQ(world.shown(180, 100), 0x40);
+    EXPECT_EQ(world.shown(120, 100), 0) << "the first still covers it";
+    world.loop.event(29, 0, 0);
+    EXPECT_EQ(world.shown(120, 100), 0x40);
+    EXPECT_EQ(world.shown(60, 60), 0x40);
+}
+
+TEST(ModalsOnTheLoop, KeysReachOnlyThem) {
+    World world;
+    world.start();
+    world.display.inputs = {{.kind = Input::Kind::Text, .text = "lost"}};
+    world.display.idle = [&] {
+        if (world.modals.top() != nullptr) return world.loop.stop(0);
+        world.openModal(kBox);
+        world.display.inputs = {{.kind = Input::Kind::Text, .text = "ü"},
+                                {.kind = Input::Kind::Key, .key = Key::Escape}};
+    };
+    EXPECT_EQ(world.loop.run(nullptr), 0);
+    EXPECT_EQ(world.toldModal, "ü Escape ");
+}
+
+TEST(Pointer, IsClampedAndNumberedOncePerSample) {
+    World world;
+    world.start();
+    const auto at = [&](int ms, Input::Kind kind, int x, int y) {
+        world.clock.advanceTo(Instant{ms});
+        world.loop.input({.kind = kind, .at = {x, y}});
+    };
+    using enum Input::Kind;
+    at(0, PointerMove, 1, 1);  // no press yet
+    at(0, PointerUp, 1, 1);
+    at(1000, PointerDown, -5, 10);
+    at(1001, PointerDown, 5, 10);  // a second finger
+    at(1099, PointerMove, 20, 10);
+    at(1100, PointerMove, 30, 10);
+    at(1150, PointerMove, 40, 10);
+    at(1200, PointerMove, 50, 999);
+    at(1900, PointerUp, 300, 200);
+    at(1901, PointerMove, 60, 10);
+    EXPECT_EQ(world.traced(),
+              "> event 30 0 10\n< 7\n> event 31 20 10\n< 7\n> event 35 30 10\n< 7\n> event 31 40 10\n< 7\n"
+              "> event 35 50 199\n< 7\n> event 29 299 199\n< 7\n");
+}
+
+int chained = 0;
+void chain() {
+    if (++chained > 3) return;
+    World::current->loop.timers().set("chain", chain, World::current->loop.timersCountFrom() + Milliseconds{100});
+}
+void nothing() {}
+void markContext(void* context) { ++*static_cast<int*>(context); }
+
+TEST(TimersOnTheLoop, FireInOrderOfDueTimeAtTheirOwnInstants) {
+    World world;
+    chained = 0;
+    Timers& timers = world.loop.timers();
+    world.begin();
+    timers.set("late", nothing, Instant{250});
+    timers.set("first of two", nothing, Instant{200});
+    timers.set("never", nothing, Instant{301});
+    timers.set("chain", chain, Instant{100});
+    timers.set("replaced", nothing, Instant{10});
+    timers.set("replaced", nothing, Instant{300});
+    world.runUntil(Instant{300});
+    EXPECT_EQ(world.traced(),
+              "> timer \"chain\"\n<\n> timer \"first of two\"\n<\n> timer \"chain\"\n<\n> timer \"late\"\n<\n"
+              "> timer \"replaced\"\n<\n> timer \"chain\"\n<\n");
+    EXPECT_EQ(world.clock.now(), Instant{300});
+    EXPECT_EQ(world.clock.epochSeconds(), 1'700'000'000);
+}
+
+TEST(TimersOnTheLoop, CountFromWhenTheirSetterWasDueThoughItWaitedForThePanel) {
+    World world;
+    chained = 3;
+    world.loop.timers().set(
+        "slow",
+        [] {
+            World::current->clock.advanceTo(Instant{90});
+            EXPECT_EQ(World::current->loop.timersCountFrom(), Instant{10});
+        },
+        Instant{10});
+    world.runUntil(Instant{50});
+    EXPECT_EQ(world.loop.timersCountFrom(), Instant{90});
+}
+
+TEST(TimersOnTheLoop, AreKnownByCallbackAndContext) {
+    World world;
+    int one = 0;
+    int two = 0;
+    Timers& timers = world.loop.timers();
+    timers.set("same name", markContext, &one, Instant{10});
+    timers.set("same name", markContext, &two, Instant{10});
+    timers.set("another name", markContext, &two, Instant{20});
+    timers.clear(markContext, &one);
+    world.runUntil(Instant{19});
+    EXPECT_EQ(one + two, 0);
+    EXPECT_EQ(timers.nextDue(), Instant{20});
+    EXPECT_FALSE(timers.takeDue(Instant{19}));
+    EXPECT_EQ(timers.takeDue(Instant{20})->context, &two);
+    EXPECT_EQ(timers.nextDue(), std::nullopt);
+}
+
+/// A real clock and a display that can really wait.
+struct RealTime {
+    Clock clock;
+    std::unique_ptr<Display> display = openHeadless();
+    Screen screen{{300, 200}, PixelFormat::Grey8};
+    Panel panel{screen.pixels(), *display, clock};
+    Modals modals{screen, panel, *display};
+    Trace trace;
+    Loop loop{{300, 200}, clock, *display, panel, modals, trace};
+};
+
+TEST(RealTimeLoop, FiresWhatIsDueWithoutAnyInput) {
+    static Loop* running = nullptr;
+    RealTime real;
+    running = &real.loop;
+    real.loop.timers().set(
+        "stop", [] { running->stop(3); }, real.clock.now() + Milliseconds{20});
+    EXPECT_EQ(real.loop.run(nullptr), 3);
+    EXPECT_GE(real.clock.now(), Instant{20});
+}
+
+class EndingSignal : public testing::TestWithParam<int> {};
+
+TEST_P(EndingSignal, EndsARunThatWaitsForNothing) {
+    RealTime real;
+    std::thread sender([] {
+        std::this_thread::sleep_for(Milliseconds{30});
+        kill(getpid(), GetParam());
+    });
+    EXPECT_EQ(real.loop.run(nullptr), 0);
+    sender.join();
+}
+
+TEST_P(EndingSignal, IsNotLostBeforeTheRun) {
+    RealTime real;
+    kill(getpid(), GetParam());
+    EXPECT_EQ(real.loop.run(nullptr), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EndingSignal, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST(EndingSignals, ABrokenPipeIsNoReasonToEnd) {
+    const RealTime real;
+    EXPECT_EQ(raise(SIGPIPE), 0);
+}
+
+TEST(RealTimeLoop, AFloodOfInputHoldsUpNoTimer) {
+    struct Flood final : Display {
+        void present(const Framebuffer&, Rect) override {}
+        std::optional<Input> wait(std::optional<Milliseconds>) override {
+            return Input{.kind = Input::Kind::Text, .text = "x"};
+        }
+        void wake() override {}
+    } flood;
+    RealTime real;
+    static Loop* running = nullptr;
+    Loop loop({300, 200}, real.clock, flood, real.panel, real.modals, real.trace);
+    running = &loop;
+    loop.timers().set(
+        "stop", [] { running->stop(0); }, real.clock.now() + Milliseconds{5});
+    EXPECT_EQ(loop.run(nullptr), 0);
+}
+
+}  // namespace
+}  // namespace host::test

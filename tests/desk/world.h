@@ -1,0 +1,149 @@
+#pragma once
+
+#include <cstdlib>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <utility>
+
+#include "platform/host/desk/loop.h"
+#include "platform/host/screen/screen.h"
+
+namespace host::test {
+
+/// A display whose person has decided beforehand what to do; with nothing left, it calls `idle`.
+class PlannedDisplay final : public Display {
+public:
+    void present(const Framebuffer&, Rect) override {}
+    std::optional<Input> wait(std::optional<Milliseconds>) override {
+        if (inputs.empty()) {
+            idle();
+            return std::nullopt;
+        }
+        Input next = inputs.front();
+        inputs.pop_front();
+        return next;
+    }
+    void wake() override {}
+    void setTextInput(bool on, Rect near) override { textPlace = on ? std::optional(near) : std::nullopt; }
+
+    std::deque<Input> inputs;
+    std::function<void()> idle = [] {};
+    std::optional<Rect> textPlace;
+};
+
+/// A black rectangle that closes on a pointer-up, a type or an answer, and tells what reached it.
+class BlackModal final : public Modal {
+public:
+    BlackModal(Screen& screen, Rect area, Callback callback, std::string& told)
+        : screen_(screen), area_(area), callback_(std::move(callback)), told_(told) {}
+
+    [[nodiscard]] Rect area() const override { return area_; }
+    void paint() override { screen_.fill(area_, kBlack); }
+    void pointer(int type, Point at) override {
+        told_ += std::to_string(type) + "@" + std::to_string(at.x) + "," + std::to_string(at.y) + " ";
+        if (type == 29) close(std::move(callback_));
+    }
+    void key(Key key) override { told_ += key == Key::Escape ? "Escape " : "key "; }
+    void text(std::string_view text) override { told_ += std::string(text) + " "; }
+    [[nodiscard]] std::optional<Rect> textPlace() const override { return area_; }
+    bool answer(int button) override {
+        told_ += "answer" + std::to_string(button) + " ";
+        close(std::move(callback_));
+        return true;
+    }
+    bool type(std::string_view text) override {
+        told_ += "typed:" + std::string(text) + " ";
+        return true;
+    }
+    void cancel() override { close(std::nullopt); }
+
+private:
+    Screen& screen_;
+    Rect area_;
+    Callback callback_;
+    std::string& told_;
+};
+
+/// A small desk on a virtual clock, and an application that does to each event what the test says.
+class World {
+public:
+    World() {
+        current = this;
+        std::string error;
+        if (!trace.open(tracePath(), {}, false, error)) std::abort();
+        loop.setHome(home);
+    }
+    ~World() { std::filesystem::remove(tracePath()); }
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+
+    /// The application's handler: records itself by the trace and does what `on` has for the event.
+    static int application(int type, int, int) {
+        const auto reaction = current->on.find(type);
+        if (reaction != current->on.end()) reaction->second();
+        return 7;
+    }
+    static int home(int type, int, int) {
+        current->toldHome += std::to_string(type) + " ";
+        return 0;
+    }
+
+    void start() {
+        loop.enter({"create", [this] { loop.setHandler(application); }});
+        begin();
+    }
+    /// Forgets the trace so far.
+    void begin() { skipped = readAll().size(); }
+    /// The trace since then, without the line ends' last.
+    [[nodiscard]] std::string traced() const { return readAll().substr(skipped); }
+
+    void openModal(Rect area, Callback callback = {"dialog 1", [] {}}) {
+        modals.open(std::make_unique<BlackModal>(screen, area, std::move(callback), toldModal));
+    }
+    [[nodiscard]] Rgb shown(int x, int y) const { return *panel.shown().at(x, y); }
+    [[nodiscard]] Rgb drawn(int x, int y) const { return *screen.pixels().at(x, y); }
+
+    /// Runs until that instant has been played.
+    void runUntil(Instant end) {
+        struct Stopper final : Player {
+            Stopper(Loop& stopped, Instant at) : loop(stopped), end(at) {}
+            [[nodiscard]] Instant resumeAt() const override { return end; }
+            void play() override { loop.stop(0); }
+            Loop& loop;
+            Instant end;
+        } stopper(loop, end);
+        loop.run(&stopper);
+    }
+
+    inline static World* current = nullptr;
+    std::map<int, std::function<void()>> on;
+    std::string toldHome;
+    std::string toldModal;
+
+    Clock clock{1'700'000'000};
+    PlannedDisplay display;
+    Screen screen{{300, 200}, PixelFormat::Grey8};
+    Panel panel{screen.pixels(), display, clock};
+    Modals modals{screen, panel, display};
+    Trace trace;
+    Loop loop{{300, 200}, clock, display, panel, modals, trace};
+
+private:
+    static std::string tracePath() {
+        return (std::filesystem::temp_directory_path() / ("world" + std::to_string(getpid()) + ".trace")).string();
+    }
+    static std::string readAll() {
+        std::ostringstream text;
+        text << std::ifstream(tracePath()).rdbuf();
+        return text.str();
+    }
+    std::size_t skipped = 0;
+};
+
+}  // namespace host::test

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/host/screen/bitmap_record.h"
+#include "support/temporary_folder.h"
+
+namespace scratch {
+
+using Bytes = std::vector<std::uint8_t>;
+
+class Folder : public TemporaryFolder {
+public:
+    std::filesystem::path operator/(const std::string& name) const { return path() / name; }
+    [[nodiscard]] std::size_t entries() const {
+        const std::filesystem::directory_iterator all(path());
+        return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+    }
+};
+
+inline Bytes read(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+inline void write(const std::filesystem::path& file, const Bytes& bytes) {
+    // A file written anew costs no disk access; one that is cut to nothing and filled again does.
+    std::filesystem::remove(file);
+    std::ofstream(file, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+}
+
+/// A picture of noise, the same for the same seed.
+inline host::BitmapPtr noise(int width, int height, int depth, unsigned seed = 1) {
+    host::BitmapPtr bitmap = host::makeBitmap(width, height, depth);
+    std::mt19937 random(seed);
+    for (std::size_t i = 0; i < host::pixelBytes(*bitmap); ++i) {
+        bitmap_pixels(bitmap.get())[i] = static_cast<std::uint8_t>(random());
+    }
+    return bitmap;
+}
+
+inline bool same(const bitmap_s* left, const bitmap_s* right) {
+    return left != nullptr && right != nullptr && std::memcmp(left, right, sizeof *left) == 0 &&
+           std::memcmp(bitmap_pixels(left), bitmap_pixels(right), host::pixelBytes(*left)) == 0;
+}
+
+}  // namespace scratch

@@ -1,0 +1,95 @@
+#include "platform/host/desk/keyboard_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "support/temporary_folder.h"
+
+namespace host {
+namespace {
+
+const std::filesystem::path kInstalled = COLOUR_SOURCE_DIR "/theme/keyboards";
+
+std::string english() {
+    std::ifstream stream(kInstalled / "en.ini");
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+struct Loaded {
+    KeyboardLayout layout;
+    std::string told;
+};
+
+Loaded load(const std::filesystem::path& directory, const std::string& code) {
+    testing::internal::CaptureStderr();
+    KeyboardLayout layout = loadKeyboardLayout(directory, code);
+    return {std::move(layout), testing::internal::GetCapturedStderr()};
+}
+
+Loaded loadContent(const std::string& content) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.path() / "xx.ini", std::ios::binary) << content;
+    return load(folder.path(), "xx");
+}
+
+TEST(KeyboardLayout, InstalledOnesAreWhole) {
+    for (const char* code : {"en", "de", "fr", "es", "ru", "ar", "signs"}) {
+        const Loaded loaded = load(kInstalled, code);
+        EXPECT_EQ(loaded.told, "");
+        EXPECT_EQ(loaded.layout.code, code);
+    }
+    EXPECT_EQ(load(kInstalled, "de").layout.base.rows[0][5], "z");
+    EXPECT_EQ(load(kInstalled, "ru").layout.shifted.rows[2][0], "Я");
+    EXPECT_TRUE(load(kInstalled, "ar").layout.startsRight);
+}
+
+TEST(KeyboardLayout, SignsMayBeThoseOfTheFormat) {
+    const Loaded loaded = loadContent(english() + "base2 = = # ; [ ]\n");
+    EXPECT_EQ(loaded.told, "");
+    EXPECT_EQ(loaded.layout.base.rows[1], (std::vector<std::string>{"=", "#", ";", "[", "]"}));
+}
+
+TEST(KeyboardLayout, DamagedFileIsOneLineAndEnglishKeys) {
+    const std::string damaged[] = {
+        "",
+        english() + "base1 =\n",
+        english() + "base4 = a\n",
+        english() + "shift4 = a b c\n",
+        english() + "base3 = 1 2 3 4 5 6 7 8 9 0 1\n",
+        english() + "shift1 = 1 2 3 4 5 6 7 8 9 0 1 2 3\n",
+        english() + "name = \xFF\n",
+        std::string(100000, '='),
+        std::string("\0\0\n\0", 4),
+    };
+    for (const std::string& content : damaged) {
+        const Loaded loaded = loadContent(content);
+        EXPECT_TRUE(loaded.told.starts_with("colour: keyboard layout ")) << loaded.told;
+        EXPECT_EQ(std::count(loaded.told.begin(), loaded.told.end(), '\n'), 1) << loaded.told;
+        EXPECT_EQ(loaded.layout.code, "en");
+    }
+}
+
+TEST(KeyboardLayout, CutAtAnyLengthItNeverFails) {
+    const std::string whole = english();
+    for (std::size_t length = 0; length < whole.size(); length += 3) {
+        const KeyboardLayout layout = loadContent(whole.substr(0, length)).layout;
+        for (const auto& row : layout.base.rows) EXPECT_FALSE(row.empty());
+    }
+}
+
+TEST(KeyboardLayout, WithoutFilesThereIsStillAKeyboard) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(keyboardCodes(folder.path() / "none", "de"), std::vector<std::string>{"en"});
+    EXPECT_EQ(load(folder.path(), "en").layout.base.rows[0][0], "q");
+    EXPECT_EQ(load(folder.path(), kSignsCode).layout.base.rows[0][0], "1");
+}
+
+TEST(KeyboardLayout, TheLanguageInUseComesFirst) {
+    using Codes = std::vector<std::string>;
+    EXPECT_EQ(keyboardCodes(kInstalled, "fr"), (Codes{"fr", "en", "ar", "de", "es", "ru"}));
+    EXPECT_EQ(keyboardCodes(kInstalled, "xx"), (Codes{"en", "ar", "de", "es", "fr", "ru"}));
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,188 @@
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <random>
+
+#include "panel/fake_display.h"
+#include "platform/host/panel/panel.h"
+
+namespace host {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr Size kSize{60, 40};
+constexpr Rect kAll{0, 0, 60, 40};
+constexpr Rect kLeft{0, 0, 20, 40};
+constexpr Rect kRight{40, 0, 20, 40};
+constexpr int kGhost = 16;  // the most that a trace may differ
+
+struct WaveformsTest : testing::Test {
+    int at(int x, int y) const { return *panel.shown().at(x, y); }
+
+    void passUntil(int instant) {
+        while (panel.nextStep() && *panel.nextStep() <= milliseconds{instant}) {
+            clock.advanceTo(*panel.nextStep());
+            panel.advance();
+        }
+        clock.advanceTo(milliseconds{instant});
+        panel.advance();
+    }
+
+    void draw(Rect area, Rgb colour, Waveform waveform) {
+        paint(screen, area, colour);
+        panel.update(area, waveform);
+    }
+
+    FakeDisplay display;
+    Clock clock{0L};
+    Framebuffer screen{kSize, PixelFormat::Grey8};
+    Panel panel{screen, display, clock, true};
+};
+
+TEST_F(WaveformsTest, EachWaveformTakesItsTimeAndWaitPassesIt) {
+    struct Case {
+        Waveform waveform;
+        int shortest, longest;  // ms
+    };
+    int shade = 0;
+    for (const auto& [waveform, shortest, longest] :
+         {Case{Waveform::Fast, 120, 260}, Case{Waveform::Regular, 440, 470}, Case{Waveform::Full, 1990, 2030}}) {
+        const Instant begin = clock.now();
+        draw(kAll, shade++, waveform);
+        EXPECT_TRUE(panel.nextStep());
+        panel.wait();
+        EXPECT_FALSE(panel.nextStep());
+        EXPECT_GE(clock.now() - begin, milliseconds{shortest});
+        EXPECT_LE(clock.now() - begin, milliseconds{longest});
+    }
+}
+
+TEST_F(WaveformsTest, PixelsMoveGraduallyAndOnlyWhereTheyWereRefreshed) {
+    draw(kLeft, 0x40, Waveform::Regular);
+    EXPECT_EQ(at(5, 5), 0xFF) << "nothing moves before the first scan";
+    int before = 0xFF;
+    int steps = 0;
+    while (panel.nextStep()) {
+        passUntil(static_cast<int>(panel.nextStep()->count()));
+        EXPECT_LT(at(5, 5), before);
+        EXPECT_GE(at(5, 5), 0x40);
+        EXPECT_EQ(at(20, 5), 0xFF);
+        before = at(5, 5);
+        ++steps;
+    }
+    EXPECT_EQ(at(5, 5), 0x40);
+    EXPECT_GE(steps, 4);
+    for (const Rect& area : display.areas) EXPECT_EQ(area, kLeft);
+}
+
+TEST_F(WaveformsTest, ShowsThePictureOfTheCallNotALaterOne) {
+    draw(kLeft, 0x80, Waveform::Regular);
+    paint(screen, kLeft, 0x00);
+    panel.wait();
+    EXPECT_EQ(at(5, 5), 0x80);
+}
+
+TEST_F(WaveformsTest, OtherRegionsStartAtOnceTheSamePixelsWait) {
+    draw(kLeft, kBlack, Waveform::Fast);
+    passUntil(60);
+    draw(kRight, kBlack, Waveform::Fast);
+    draw(kLeft, kWhite, Waveform::Fast);
+    passUntil(110);
+    EXPECT_LT(at(5, 5), 0x60) << "the running update goes on";
+    EXPECT_LT(at(45, 5), 0xD0) << "the other region is on its way";
+    passUntil(200);
+    EXPECT_LE(at(45, 5), kGhost);
+    EXPECT_GT(at(5, 5), 0x20) << "what waited has begun";
+    panel.wait();
+    EXPECT_GE(at(5, 5), 0xFF - kGhost);
+    EXPECT_LT(clock.now(), milliseconds{300});
+}
+
+TEST_F(WaveformsTest, WaitingUpdatesOfTheSamePixelsMerge) {
+    for (int i = 0; i < 51; ++i) {
+        draw(kLeft, i % 2 == 0 ? kBlack : kWhite, Waveform::Fast);
+        passUntil(2 * i);
+    }
+    panel.wait();
+    EXPECT_LE(at(5, 5), kGhost) << "the last one wins";
+    EXPECT_LT(clock.now(), milliseconds{550}) << "fifty updates one after another would take seven seconds";
+}
+
+TEST_F(WaveformsTest, AStrokeFlowsThoughItsRectanglesOverlap) {
+    int piece = 0;
+    for (; piece < 5; ++piece) {
+        paint(screen, {piece * 8, 10, 12, 4}, kBlack);
+        panel.update({piece * 8 - 4, 6, 20, 12}, Waveform::Fast);
+        passUntil((piece + 1) * 8);
+    }
+    passUntil(5 * 8 + 140);
+    EXPECT_FALSE(panel.nextStep()) << "no piece has waited for the one before";
+    EXPECT_LE(at(43, 12), kGhost);
+}
+
+TEST_F(WaveformsTest, FastLeavesATraceThatRegularRemoves) {
+    draw(kLeft, kBlack, Waveform::Fast);
+    panel.wait();
+    EXPECT_GT(at(5, 5), 0);
+    draw(kLeft, kWhite, Waveform::Fast);
+    panel.wait();
+    EXPECT_LT(at(5, 5), 0xFF);
+    EXPECT_GE(at(5, 5), 0xFF - kGhost);
+    panel.update(kAll, Waveform::Regular);
+    panel.wait();
+    EXPECT_EQ(panel.shown(), screen);
+}
+
+TEST_F(WaveformsTest, FullFlashesBlackThenWhiteThenShowsThePicture) {
+    paint(screen, kLeft, 0x30);
+    panel.update(kAll, Waveform::Full);
+    passUntil(670);
+    EXPECT_LT(at(50, 5), 0x20);
+    EXPECT_LT(at(5, 5), 0x20);
+    passUntil(1335);
+    EXPECT_GT(at(50, 5), 0xE0);
+    EXPECT_GT(at(5, 5), 0xE0);
+    panel.wait();
+    EXPECT_EQ(panel.shown(), screen);
+}
+
+// Thousands of updates at random, one panel of which is moved at every step, one only when it is asked for an
+// update: both show the same at every moment, and in the end what an immediate panel shows, but for the ghost.
+TEST_F(WaveformsTest, AnyUpdatesEndInThePictureThatWasAskedFor) {
+    std::mt19937 random(7);
+    const auto below = [&random](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    Panel lazy(screen, display, clock, true);
+    Panel immediate(screen, display, clock);
+    for (int i = 0; i < 3000; ++i) {
+        const Rect area{below(60) - 4, below(40) - 4, 1 + below(14), 1 + below(14)};
+        paint(screen, area.intersected(kAll), below(3) * 0x70);
+        const auto waveform = static_cast<Waveform>(below(40) == 0 ? 2 : below(8) == 0 ? 1 : 0);
+        for (Panel* each : {&panel, &lazy, &immediate}) each->update(area, waveform);
+        passUntil(static_cast<int>(clock.now().count()) + below(20));
+        if (below(300) > 0) continue;
+        lazy.advance();
+        ASSERT_EQ(panel.shown(), lazy.shown());
+    }
+    panel.wait();
+    for (int y = 0; y < kSize.h; ++y) {
+        for (int x = 0; x < kSize.w; ++x) ASSERT_NEAR(at(x, y), *immediate.shown().at(x, y), kGhost);
+    }
+}
+
+TEST(WaveformsInRealTime, WaitReturnsWhenThePanelHasFinished) {
+    FakeDisplay display;
+    Clock clock;
+    Framebuffer screen({8, 8}, PixelFormat::Rgb24);
+    Panel panel(screen, display, clock, true);
+    paint(screen, screen.bounds(), 0xFF0000);
+    panel.update(screen.bounds(), Waveform::Regular);
+    const auto begin = std::chrono::steady_clock::now();
+    panel.wait();
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds{430});
+    EXPECT_EQ(panel.shown(), screen);
+    EXPECT_GE(display.areas.size(), 4U) << "a person sees the steps";
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,197 @@
+#include <SDL.h>
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <thread>
+
+#include "panel/fake_display.h"
+#include "platform/host/panel/window_display.h"
+
+namespace host {
+namespace {
+
+using std::chrono::milliseconds;
+using Kind = Input::Kind;
+
+/// A window of 300 × 400 pixels on SDL's own make-believe screen.
+struct WindowTest : testing::Test {
+    WindowTest() {
+        setenv("SDL_VIDEODRIVER", "dummy", 1);
+        display = openWindow({300, 400}, PixelFormat::Rgb24, "Test", error);
+        for (Uint32 id = 1; window == nullptr && id < 100; ++id) window = SDL_GetWindowFromID(id);
+        drain();
+    }
+
+    std::vector<Input> drain() {
+        std::vector<Input> inputs;
+        while (std::optional<Input> input = display->wait(milliseconds{0})) inputs.push_back(*input);
+        return inputs;
+    }
+
+    void mouse(Uint32 type, int x, int y, Uint8 button = SDL_BUTTON_LEFT) {
+        SDL_Event event{};
+        event.type = type;
+        if (type == SDL_MOUSEMOTION) {
+            event.motion.x = x;
+            event.motion.y = y;
+        } else {
+            event.button.x = x;
+            event.button.y = y;
+            event.button.button = button;
+        }
+        SDL_PushEvent(&event);
+    }
+
+    void finger(Uint32 type, SDL_FingerID id, float x, float y) {
+        SDL_Event event{};
+        event.type = type;
+        event.tfinger.fingerId = id;
+        event.tfinger.x = x;
+        event.tfinger.y = y;
+        SDL_PushEvent(&event);
+    }
+
+    void key(SDL_Keycode code, Uint16 modifiers = 0, SDL_Scancode place = SDL_SCANCODE_UNKNOWN) {
+        SDL_Event event{};
+        event.type = SDL_KEYDOWN;
+        event.key.keysym.sym = code;
+        event.key.keysym.mod = modifiers;
+        event.key.keysym.scancode = place;
+        SDL_PushEvent(&event);
+    }
+
+    Uint32 pixel(int x, int y) {
+        const SDL_Surface* surface = SDL_GetWindowSurface(window);
+        const auto* row = static_cast<const Uint8*>(surface->pixels) + y * surface->pitch;
+        return reinterpret_cast<const Uint32*>(row)[x] & 0xFFFFFF;
+    }
+
+    std::string error;
+    std::unique_ptr<Display> display;
+    SDL_Window* window = nullptr;
+    Framebuffer shown{{300, 400}, PixelFormat::Rgb24};
+};
+
+MATCHER_P3(Is, kind, x, y, "") { return arg.kind == kind && arg.at == (Point{x, y}); }
+
+TEST_F(WindowTest, ShowsWhatIsPresentedAndOnlyThat) {
+    paint(shown, shown.bounds(), 0x112233);
+    display->present(shown, {10, 20, 5, 5});
+    drain();
+    EXPECT_EQ(pixel(10, 20), 0x112233U);
+    EXPECT_EQ(pixel(14, 24), 0x112233U);
+    EXPECT_EQ(pixel(9, 20), 0xFFFFFFU);
+    EXPECT_EQ(pixel(15, 24), 0xFFFFFFU);
+}
+
+TEST_F(WindowTest, ResizingKeepsThePictureInItsShape) {
+    paint(shown, {0, 0, 150, 400}, 0x0000FF);
+    display->present(shown, shown.bounds());
+    drain();
+    SDL_SetWindowSize(window, 500, 200);
+    drain();
+    EXPECT_EQ(pixel(175, 0), 0x0000FFU) << "the picture is 150 wide, in the middle";
+    EXPECT_EQ(pixel(249, 199), 0x0000FFU);
+    EXPECT_EQ(pixel(250, 100), 0xFFFFFFU);
+    EXPECT_EQ(pixel(324, 100), 0xFFFFFFU);
+    EXPECT_EQ(pixel(174, 100), pixel(325, 100)) << "the border is of one grey";
+    EXPECT_NE(pixel(174, 100), 0xFFFFFFU);
+
+    mouse(SDL_MOUSEBUTTONDOWN, 175, 0);
+    mouse(SDL_MOUSEMOTION, 324, 199);
+    mouse(SDL_MOUSEBUTTONUP, 499, 100);
+    EXPECT_THAT(drain(), testing::ElementsAre(Is(Kind::PointerDown, 1, 1), Is(Kind::PointerMove, 299, 399),
+                                              Is(Kind::PointerUp, 299, 201)));
+}
+
+TEST_F(WindowTest, EveryMoveOfTheLeftButtonArrives) {
+    mouse(SDL_MOUSEMOTION, 1, 1);
+    mouse(SDL_MOUSEBUTTONDOWN, 2, 2, SDL_BUTTON_RIGHT);
+    mouse(SDL_MOUSEMOTION, 3, 3);
+    mouse(SDL_MOUSEBUTTONDOWN, 5, 5);
+    for (int i = 0; i < 100; ++i) mouse(SDL_MOUSEMOTION, 6 + i, 7);
+    mouse(SDL_MOUSEBUTTONUP, 8, 8, SDL_BUTTON_RIGHT);
+    mouse(SDL_MOUSEBUTTONUP, -40, 500);
+    const std::vector<Input> inputs = drain();
+    ASSERT_EQ(inputs.size(), 102U);
+    EXPECT_THAT(inputs.front(), Is(Kind::PointerDown, 5, 5));
+    for (int i = 0; i < 100; ++i) EXPECT_THAT(inputs[static_cast<std::size_t>(i) + 1], Is(Kind::PointerMove, 6 + i, 7));
+    EXPECT_THAT(inputs.back(), Is(Kind::PointerUp, 0, 399)) << "outside the window it is the nearest pixel";
+}
+
+TEST_F(WindowTest, OneFingerDrawsOthersAreIgnored) {
+    finger(SDL_FINGERDOWN, 7, 0.5F, 0.5F);
+    finger(SDL_FINGERDOWN, 8, 0.1F, 0.1F);
+    finger(SDL_FINGERMOTION, 8, 0.2F, 0.2F);
+    mouse(SDL_MOUSEBUTTONDOWN, 5, 5);
+    finger(SDL_FINGERMOTION, 7, 0.501F, 0.25F);
+    finger(SDL_FINGERUP, 8, 0.2F, 0.2F);
+    finger(SDL_FINGERUP, 7, 1.0F, 1.0F);
+    finger(SDL_FINGERDOWN, 8, 0.0F, 0.0F);
+    EXPECT_THAT(drain(), testing::ElementsAre(Is(Kind::PointerDown, 150, 200), Is(Kind::PointerMove, 150, 100),
+                                              Is(Kind::PointerUp, 299, 399), Is(Kind::PointerDown, 0, 0)));
+}
+
+TEST_F(WindowTest, KeysTextAndPasteArriveForTyping) {
+    SDL_SetClipboardText("Grüße");
+    key(SDLK_v, KMOD_LCTRL);
+    EXPECT_TRUE(drain().empty()) << "nothing is being typed";
+
+    display->setTextInput(true, {10, 10, 100, 20});
+    EXPECT_TRUE(SDL_IsTextInputActive());
+    key(SDLK_v, KMOD_LCTRL);
+    key(0x43C, KMOD_RCTRL, SDL_SCANCODE_V);
+    key(SDLK_INSERT, KMOD_RSHIFT);
+    key(SDLK_RETURN);
+    key(SDLK_KP_ENTER, KMOD_LSHIFT);
+    key(SDLK_HOME);
+    key(SDLK_a);
+    SDL_Event typed{};
+    typed.type = SDL_TEXTINPUT;
+    SDL_strlcpy(typed.text.text, "é", sizeof typed.text.text);
+    SDL_PushEvent(&typed);
+    const std::vector<Input> inputs = drain();
+    ASSERT_EQ(inputs.size(), 7U);
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(inputs[i].text, "Grüße");
+    EXPECT_EQ(inputs[3].key, Key::Return);
+    EXPECT_EQ(inputs[4].key, Key::ShiftReturn);
+    EXPECT_EQ(inputs[5].key, Key::Home);
+    EXPECT_EQ(inputs[6].text, "é");
+    for (std::size_t i = 3; i < 6; ++i) EXPECT_EQ(inputs[i].kind, Kind::Key);
+    display->setTextInput(false, {});
+    EXPECT_FALSE(SDL_IsTextInputActive());
+}
+
+TEST_F(WindowTest, AClosedWindowIsTold) {
+    SDL_Event event{};
+    event.type = SDL_WINDOWEVENT;
+    event.window.event = SDL_WINDOWEVENT_CLOSE;
+    event.window.windowID = SDL_GetWindowID(window);
+    SDL_PushEvent(&event);
+    event = {};
+    event.type = SDL_QUIT;
+    SDL_PushEvent(&event);
+    const std::vector<Input> inputs = drain();
+    ASSERT_EQ(inputs.size(), 1U);
+    EXPECT_EQ(inputs[0].kind, Kind::Close);
+}
+
+TEST_F(WindowTest, AWaitEndsWithItsTimeOrByAWakeFromAnotherThread) {
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_FALSE(display->wait(milliseconds{30}));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds{29});
+    std::thread other([this] { display->wake(); });
+    EXPECT_FALSE(display->wait(std::nullopt));
+    other.join();
+}
+
+TEST(Window, WithoutAScreenThereIsAReason) {
+    setenv("SDL_VIDEODRIVER", "x11", 1);
+    unsetenv("DISPLAY");
+    std::string error;
+    EXPECT_EQ(openWindow({300, 400}, PixelFormat::Grey8, "Test", error), nullptr);
+    EXPECT_FALSE(error.empty());
+}
+
+}  // namespace
+}  // namespace host

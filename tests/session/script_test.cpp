@@ -1,0 +1,150 @@
+#include "platform/host/session/script.h"
+
+#include <gtest/gtest.h>
+
+#include "desk/world.h"
+
+namespace host::test {
+namespace {
+
+/// Plays a script in the world; `create` installs the application's handler.
+class Scripts : public testing::Test {
+protected:
+    ~Scripts() override { std::filesystem::remove(path); }
+
+    int play(const std::string& text) {
+        std::ofstream(path, std::ios::binary) << text;
+        std::string error;
+        const auto script = Script::load(path, stage(), error);
+        if (script == nullptr) ADD_FAILURE() << error;
+        testing::internal::CaptureStderr();
+        const int status = world.loop.run(script.get());
+        errors = testing::internal::GetCapturedStderr();
+        return status;
+    }
+    Stage stage() {
+        return {world.loop,
+                world.modals,
+                world.screen,
+                world.panel,
+                [this] {
+                    world.loop.enter({"create", [this] { world.loop.setHandler(World::application); }});
+                },
+                [this](const std::string& picture) {
+                    world.loop.enter(
+                        {"open " + Trace::quoted(picture), [this] { world.loop.setHandler(World::application); }});
+                }};
+    }
+
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("script" + std::to_string(getpid()) + ".session")).string();
+    World world;
+    std::string errors;
+};
+
+TEST_F(Scripts, PlayTheirCommandsInOrder) {
+    world.begin();
+    EXPECT_EQ(play("\xEF\xBB\xBF# a comment\r\n\r\n  \t\nopen \"/mnt/ext1/\\u00fc\\ud83d\\ude00\\/x.bmp\"# why\r\n"
+                   "event -1 2147483647 -2147483648\n\tdown 1 2\nmove 3 4 #five\nreport 5 6\nup 7 -8\ntap 9 10"),
+              0);
+    EXPECT_EQ(errors, "");
+    EXPECT_EQ(world.traced(),
+              "> open \"/mnt/ext1/ü😀/x.bmp\"\n<\n> event 23 0 0\n< 7\n> event -1 2147483647 -2147483648\n< 7\n"
+              "> event 30 1 2\n< 7\n> event 31 3 4\n< 7\n> event 35 5 6\n< 7\n> event 29 7 -8\n< 7\n"
+              "> event 30 9 10\n< 7\n> event 29 9 10\n< 7\n");
+}
+
+TEST_F(Scripts, LetTimePassOnlyWhileTheyWait) {
+    world.on[30] = [&] {
+        world.loop.timers().set(
+            "T", [] {}, world.clock.now() + Milliseconds{100});
+    };
+    world.on[31] = [&] {
+        world.loop.timers().set(
+            "at once", [] {}, world.clock.now());
+    };
+    EXPECT_EQ(play("create\nwait 40\ndown 1 1\nwait 99\nmove 1 1\nup 1 1\nwait 0\nreport 1 1\nwait 1\nevent 43 0 "
+                   "0\nquit\nbogus"),
+              0);
+    const std::string all = world.traced();
+    EXPECT_EQ(all.substr(all.find("> event 30")),
+              "> event 30 1 1\n< 7\n> event 31 1 1\n< 7\n> event 29 1 1\n< 7\n> timer \"at once\"\n<\n"
+              "> event 35 1 1\n< 7\n> timer \"T\"\n<\n> event 43 0 0\n< 7\n");
+    EXPECT_EQ(world.clock.now(), Instant{140});
+}
+
+TEST_F(Scripts, AnswerWhatIsOpen) {
+    const auto open = [&] { world.openModal({10, 10, 50, 50}); };
+    world.on[30] = open;
+    world.on[43] = open;
+    EXPECT_EQ(play("create\ntap 5 6\nevent 43 0 0\ntype \"\\\"\\\\\\b\\f\\n\\r\\t\"\nanswer 2\nevent 43 0 0\ncancel"),
+              0);
+    EXPECT_EQ(errors, "");
+    EXPECT_EQ(world.toldModal, "29@5,6 typed:\"\\\b\f\n\r\t answer2 ");
+    EXPECT_EQ(world.modals.top(), nullptr);
+}
+
+TEST_F(Scripts, WriteScreenAndPanel) {
+    const std::string picture = path + ".png";
+    EXPECT_EQ(play("screenshot " + Trace::quoted(picture) + "\n"), 0) << errors;
+    EXPECT_GT(std::filesystem::file_size(picture), 8U);
+    std::filesystem::remove(picture);
+}
+
+struct WrongLine {
+    std::string line;
+    std::string message;
+};
+
+class WrongLines : public Scripts, public testing::WithParamInterface<WrongLine> {};
+
+TEST_P(WrongLines, EndTheRunAndAreNamed) {
+    EXPECT_EQ(play("wait 1\n" + GetParam().line + "\nwait 1000\n"), 2);
+    EXPECT_EQ(errors, path + ":2: " + GetParam().message + "\n");
+    EXPECT_EQ(world.clock.now(), Instant{1});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, WrongLines,
+    testing::Values(
+        WrongLine{"bogus 1", "unknown command \"bogus\""}, WrongLine{"Create", "unknown command \"Create\""},
+        WrongLine{"\"tap\"", "unknown command \"\\\"tap\\\"\""},
+        WrongLine{std::string("\xFF\0", 2), "unknown command \"\uFFFD\\u0000\""},
+        WrongLine{"down 1", "an argument is missing (down X Y)"},
+        WrongLine{"down 1 # 2", "an argument is missing (down X Y)"},
+        WrongLine{"down 1 2 3", "too much on the line (down X Y)"},
+        WrongLine{"quit now", "too much on the line (quit)"},
+        WrongLine{"down 1 2.5", "expected a number, not \"2.5\" (down X Y)"},
+        WrongLine{"down +1 2", "expected a number, not \"+1\" (down X Y)"},
+        WrongLine{"down 0x1 2", "expected a number, not \"0x1\" (down X Y)"},
+        WrongLine{"down 2147483648 2", "number out of range: \"2147483648\" (down X Y)"},
+        WrongLine{"down \"1\" 2", "expected a number, not a string (down X Y)"},
+        WrongLine{"open x.bmp", "expected a string in double quotes (open \"PATH\")"},
+        WrongLine{"open \"x", "the string has no end (open \"PATH\")"},
+        WrongLine{"open \"x\\", "unknown escape in the string (open \"PATH\")"},
+        WrongLine{"open \"\\x41\"", "unknown escape in the string (open \"PATH\")"},
+        WrongLine{"open \"\\u12\"", "a \\u escape in the string is no character (open \"PATH\")"},
+        WrongLine{"open \"\\ud800\"", "a \\u escape in the string is no character (open \"PATH\")"},
+        WrongLine{"open \"\\u0000\"", "a \\u escape in the string is no character (open \"PATH\")"},
+        WrongLine{"open \"a\tb\"", "a control character in the string must be escaped (open \"PATH\")"},
+        WrongLine{"open \"\xC3\"", "the string is not UTF-8 (open \"PATH\")"},
+        WrongLine{"open \"a\"b", "too much on the line (open \"PATH\")"},
+        WrongLine{"wait -1", "time does not run backwards"}, WrongLine{"answer 3", "a dialog has the buttons 1 and 2"},
+        WrongLine{"answer 1", "no dialog is open"}, WrongLine{"type \"x\"", "no keyboard is open"},
+        WrongLine{"font \"Sans,10\"", "no font selector is open"}, WrongLine{"cancel", "nothing is open to cancel"}));
+
+TEST_F(Scripts, TheExplorerAsksOnlyWhileItHasTheScreen) {
+    EXPECT_EQ(play("create\ncreate"), 2);
+    EXPECT_EQ(errors, path + ":2: a picture is being edited; the explorer cannot ask for a new one\n");
+}
+
+TEST_F(Scripts, ThatCannotBeReadAreNotPlayed) {
+    std::string error;
+    EXPECT_EQ(Script::load("/nowhere/x", stage(), error), nullptr);
+    EXPECT_EQ(error, "cannot read the script '/nowhere/x': No such file or directory");
+    EXPECT_EQ(Script::load("/", stage(), error), nullptr);
+    EXPECT_EQ(play(""), 0);
+}
+
+}  // namespace
+}  // namespace host::test

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "colour/codes.h"
+#include "colour/controller.h"
+#include "platform/host/toolkit.h"
+#include "support/temporary_folder.h"
+
+/// The application on a headless panel with a storage of its own, driven by events as the toolkit delivers them. One
+/// for a test process.
+class App {
+public:
+    explicit App(host::Device device = {}) {
+        host::Options options;
+        options.device = device;
+        options.display = host::DisplayKind::Headless;
+        options.language = "en";
+        options.storage = (folder_.path() / "storage").string();
+        options.trace = tracePath();
+        host::makeToolkit(options);
+        kit().loop.setHome([](int, int, int) { return 0; });
+    }
+
+    static host::Toolkit& kit() { return host::toolkit(); }
+    static lumora::colour::Controller& controller() { return *lumora::colour::Controller::Instance(); }
+
+    void create() {
+        kit().loop.enter({"create", [] { controller().create(); }});
+    }
+    void open(const std::string& path) {
+        kit().loop.enter({"open", [path] { controller().open(path); }});
+    }
+    void event(int type, int x, int y) { kit().loop.event(type, x, y); }
+    void down(int x, int y) { event(EventType::PointerDown, x, y); }
+    void move(int x, int y) { event(EventType::PointerMove, x, y); }
+    void up(int x, int y) { event(EventType::PointerUp, x, y); }
+    void tap(int x, int y) {
+        down(x, y);
+        up(x, y);
+    }
+
+    /// Presses a button of the open dialog.
+    void answer(int button) {
+        kit().loop.command([button](host::Modal& modal) { return modal.answer(button); });
+    }
+
+    /// The trace lines since the last call.
+    std::vector<std::string> calls() {
+        std::ifstream trace(tracePath());
+        trace.seekg(read_);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(trace, line);) {
+            read_ += static_cast<std::streamoff>(line.size()) + 1;
+            lines.push_back(std::move(line));
+        }
+        return lines;
+    }
+
+    /// The file behind a device path.
+    std::filesystem::path file(const std::string& devicePath) const { return kit().storage.resolve(devicePath); }
+
+    static host::Framebuffer screenshot() { return kit().screen.pixels(); }
+
+    /// 0xRRGGBB of a pixel on a colour screen.
+    static int pixel(int x, int y) {
+        const std::uint8_t* p = kit().screen.pixels().at(x, y);
+        return p[0] << 16 | p[1] << 8 | p[2];
+    }
+
+private:
+    std::string tracePath() const { return (folder_.path() / "trace").string(); }
+
+    TemporaryFolder folder_;
+    std::streamoff read_ = 0;
+};
