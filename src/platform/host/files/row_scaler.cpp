@@ -74,7 +74,7 @@ void RowScaler::sumColumns(std::uint8_t* into) const {
     constexpr std::uint32_t kHalf = kWhole * kWhole / 2;
     constexpr std::uint32_t kWholeArea = kWhole * kWhole;
     for (const Tap& tap : taps_) {
-        const std::uint16_t* sum = &sums_[static_cast<std::size_t>(tap.first * channels)];
+        const std::uint16_t* sum = &sums_[static_cast<std::size_t>(tap.first) * channels];
         const std::uint16_t* weight = &columnWeights_[tap.weights];
         std::uint32_t total[channels];
         std::fill_n(total, channels, kHalf);

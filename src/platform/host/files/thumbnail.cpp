@@ -1,6 +1,7 @@
 #include "platform/host/files/thumbnail.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "platform/host/files/bmp_header.h"
@@ -21,7 +22,7 @@ bool fits(Size size, Size room) { return size.w <= room.w && size.h <= room.h; }
 Size fitted(Size size, Size room) {
     const double factor = std::min(double{1} * room.w / size.w, double{1} * room.h / size.h);
     const auto scaled = [factor](int side, int most) {
-        return std::clamp(static_cast<int>(side * factor + 0.5), 1, std::max(most, 1));
+        return std::clamp(static_cast<int>(std::lround(side * factor)), 1, std::max(most, 1));
     };
     return {scaled(size.w, room.w), scaled(size.h, room.h)};
 }
