@@ -56,7 +56,7 @@ Toolkit::Toolkit(Options chosen)
       text(options.device),
       screen(options.device.bounds().size(), formatOf(options.device)),
       display(openDisplay(options)),
-      panel(screen.pixels(), *display, clock, options.waveforms),
+      panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
       modals(screen, panel, *display),
       loop(options.device.bounds().size(), clock, *display, panel, modals, trace),
       desk{options.device, screen, panel, text, theme, languages} {}

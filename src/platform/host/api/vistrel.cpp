@@ -1,5 +1,8 @@
 #include "platform/vistrel.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "platform/host/desk/font_selector.h"
 #include "platform/host/desk/keyboard.h"
 #include "platform/host/desk/message_dialog.h"
@@ -58,7 +61,9 @@ void WaitForUpdateComplete() {
 
 namespace {
 
-host::Instant dueIn(int milliseconds) { return toolkit().loop.timersCountFrom() + host::Milliseconds(milliseconds); }
+host::Instant dueIn(int milliseconds) {
+    return toolkit().loop.timersCountFrom() + host::Milliseconds(std::max(milliseconds, 0));
+}
 
 }  // namespace
 

@@ -43,11 +43,11 @@ Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool empty
     for (std::size_t i = 0; i < std::max(lines.size(), shown_.size()); ++i) {
         const ShownLine before = i < shown_.size() ? shown_[i] : ShownLine{};
         const ShownLine now = i < lines.size() ? lines[i] : ShownLine{};
-        if (now != before) changed = changed.united(before.box).united(now.box);
+        if (now != before) changed = changed.united(before.ink).united(now.ink);
     }
     shown_ = lines;
     if (changed.empty()) return {};
-    const Rect part = band(changed);
+    const Rect part = Rect{clip_.x, changed.y, clip_.w, changed.h}.intersected(clip_);
     paintPart(part);
     return part;
 }
@@ -71,8 +71,10 @@ std::size_t KeyboardField::lineBelow() const {
 std::vector<KeyboardField::ShownLine> KeyboardField::visibleLines() const {
     std::vector<ShownLine> visible;
     for (const TextBlock::Line& line : block_.lines()) {
-        const Rect box{inside_.x + line.box.x, inside_.y + line.box.y - scrolled_, std::max(line.box.w, 1), line.box.h};
-        if (!box.intersected(inside_).empty()) visible.push_back({text_.substr(line.start, line.length), box});
+        Rect ink = line.ink.united({line.box.x, line.box.y, std::max(line.box.w, 1), line.box.h});
+        ink.x += inside_.x;
+        ink.y += inside_.y - scrolled_;
+        if (!ink.intersected(textClip()).empty()) visible.push_back({text_.substr(line.start, line.length), ink});
     }
     return visible;
 }
@@ -86,10 +88,10 @@ Rect KeyboardField::cursorBar() const {
     return Rect{inside_.x + x, inside_.y + place.y - scrolled_, width, place.h}.intersected(inside_);
 }
 
-/// Whole rows of the field, and a little more: accents and tall letters reach beyond their line.
-Rect KeyboardField::band(Rect lines) const {
-    const int more = lines.h / 6;
-    return Rect{clip_.x, lines.y - more, clip_.w, lines.h + 2 * more}.intersected(clip_);
+/// The tails of a line that has left at the top do not show above the first one in sight.
+Rect KeyboardField::textClip() const {
+    const int top = scrolled_ > 0 ? inside_.y : clip_.y;
+    return {clip_.x, top, clip_.w, clip_.y + clip_.h - top};
 }
 
 /// The text moves by whole lines, so the first one in sight is never cut; no rows stay empty below while lines are
@@ -109,7 +111,7 @@ void KeyboardField::scrollToCursor() {
 
 void KeyboardField::paintPart(Rect part) {
     desk_.screen.fill(part, kWhite);
-    desk_.text.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, block_, part, kBlack);
+    desk_.text.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, block_, part.intersected(textClip()), kBlack);
     desk_.screen.fill(cursorBar().intersected(part), kBlack);
 }
 

@@ -35,13 +35,13 @@ public:
 private:
     struct ShownLine {
         std::string text;
-        Rect box;
+        Rect ink;  ///< on the screen
         bool operator==(const ShownLine&) const = default;
     };
 
     [[nodiscard]] std::vector<ShownLine> visibleLines() const;
+    [[nodiscard]] Rect textClip() const;
     [[nodiscard]] Rect cursorBar() const;
-    [[nodiscard]] Rect band(Rect lines) const;
     void scrollToCursor();
     void paintPart(Rect part);
 

@@ -180,10 +180,17 @@ void KeyboardKeys::addShift(Rect box) {
 
 /// For letters: once, locked, off. The signs have two pages to go between.
 void KeyboardKeys::advanceShift() {
-    if (shift_ == ShiftState::Off)
-        shift_ = showsSigns_ ? ShiftState::Locked : ShiftState::Once;
-    else
-        shift_ = shift_ == ShiftState::Once ? ShiftState::Locked : ShiftState::Off;
+    switch (shift_) {
+        case ShiftState::Off:
+            shift_ = showsSigns_ ? ShiftState::Locked : ShiftState::Once;
+            break;
+        case ShiftState::Once:
+            shift_ = ShiftState::Locked;
+            break;
+        case ShiftState::Locked:
+            shift_ = ShiftState::Off;
+            break;
+    }
     showRows();
 }
 

@@ -37,7 +37,7 @@ void TouchButton::setFace(std::string label, std::string icon) {
 
 void TouchButton::paint(const Desk& desk) {
     const int radius = desk.device.designToPixel(kCorner);
-    const int line = desk.device.frameThickness(marked_ ? kThickLine : kThinLine);
+    const int line = marked_ ? 2 * desk.device.frameThickness(kThickLine) : desk.device.frameThickness(kThinLine);
     desk.screen.fill(box_, kWhite);
     desk.screen.frame(pressed_ ? filled(box_, radius) : Frame{.box = box_, .thickness = line, .radius = radius});
     paintFace(desk, box_.inset(line));

@@ -2,8 +2,8 @@
 
 namespace host {
 
-Panel::Panel(const Framebuffer& screen, Display& display, Clock& clock, bool waveforms)
-    : screen_(screen), display_(display), clock_(clock), shown_(screen.size(), screen.format()) {
+Panel::Panel(const Framebuffer& screen, Display& display, Clock& clock, bool waveforms, Damage* damage)
+    : screen_(screen), display_(display), clock_(clock), damage_(damage), shown_(screen.size(), screen.format()) {
     if (waveforms) waveforms_.emplace(shown_);
 }
 
@@ -11,12 +11,23 @@ void Panel::update(Rect area, Waveform waveform) {
     const Rect visible = area.intersected(screen_.bounds());
     if (visible.empty()) return;
     if (!waveforms_) {
-        refresh(screen_, visible, waveform, shown_);
-        display_.present(shown_, visible);
+        refreshAtOnce(visible, waveform);
         return;
     }
     advance();
     waveforms_->request(screen_, visible, waveform, clock_.now());
+}
+
+void Panel::refreshAtOnce(Rect area, Waveform waveform) {
+    if (damage_ == nullptr || waveform == Waveform::Fast) {
+        refresh(screen_, area, waveform, shown_);
+        display_.present(shown_, area);
+        // Black and white is not yet what the screen holds.
+        if (damage_ != nullptr) damage_->add(area);
+        return;
+    }
+    const Rect stale = damage_->take(area, [&](Rect part) { refresh(screen_, part, waveform, shown_); });
+    if (!stale.empty()) display_.present(shown_, stale);
 }
 
 void Panel::wait() {

@@ -7,6 +7,7 @@
 #include "platform/host/panel/display.h"
 #include "platform/host/panel/refresh.h"
 #include "platform/host/panel/waveforms.h"
+#include "platform/host/screen/damage.h"
 #include "platform/host/screen/framebuffer.h"
 
 namespace host {
@@ -16,7 +17,8 @@ namespace host {
 class Panel {
 public:
     /// With `waveforms` a refresh takes the time that it takes on an e-ink panel; without, it is done at once.
-    Panel(const Framebuffer& screen, Display& display, Clock& clock, bool waveforms = false);
+    /// `damage` tells where the screen has been drawn on; null: anywhere.
+    Panel(const Framebuffer& screen, Display& display, Clock& clock, bool waveforms = false, Damage* damage = nullptr);
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
 
@@ -35,9 +37,12 @@ public:
     [[nodiscard]] const Framebuffer& shown() const { return shown_; }
 
 private:
+    void refreshAtOnce(Rect area, Waveform waveform);
+
     const Framebuffer& screen_;
     Display& display_;
     Clock& clock_;
+    Damage* damage_;
     Framebuffer shown_;
     std::optional<Waveforms> waveforms_;
 };

@@ -88,6 +88,19 @@ bool oneBlock(const Framebuffer& buffer, const bitmap_s& bitmap, Rect area) {
            bitmap.scanline == buffer.stride();
 }
 
+/// From one page to the next most rows stay as they are. A row is looked at before it is copied, which costs no more
+/// than the copy and spares the panel those rows.
+void copyChangedRows(Framebuffer& buffer, const bitmap_s& bitmap, int top, Rect area, Damage& damage) {
+    const std::size_t bytes = buffer.stride();
+    for (int y = 0; y < area.h; ++y) {
+        std::uint8_t* target = buffer.at(0, area.y + y);
+        const std::uint8_t* row = bitmapRow(bitmap, top + y);
+        if (std::memcmp(target, row, bytes) == 0) continue;
+        std::memcpy(target, row, bytes);
+        damage.add({area.x, area.y + y, area.w, 1});
+    }
+}
+
 }  // namespace
 
 bool drawable(const bitmap_s& bitmap) {
@@ -95,13 +108,14 @@ bool drawable(const bitmap_s& bitmap) {
            bitmap.scanline >= (bitmap.width * bitmap.depth + 7) / 8;
 }
 
-void drawBitmap(Framebuffer& buffer, Point topLeft, const bitmap_s& bitmap, Rect area) {
+void drawBitmap(Framebuffer& buffer, Point topLeft, const bitmap_s& bitmap, Rect area, Damage& damage) {
     const int left = area.x - topLeft.x;
     const int top = area.y - topLeft.y;
     if (oneBlock(buffer, bitmap, area)) {
-        std::memcpy(buffer.at(0, area.y), bitmapRow(bitmap, top), buffer.stride() * static_cast<std::size_t>(area.h));
+        copyChangedRows(buffer, bitmap, top, area, damage);
         return;
     }
+    damage.add(area);
     const DrawRow draw = drawRow(bitmap.depth, buffer.format());
     for (int y = 0; y < area.h; ++y) draw(buffer.at(area.x, area.y + y), bitmapRow(bitmap, top + y), left, area.w);
 }

@@ -8,6 +8,7 @@
 
 #include "platform/host/screen/blit.h"
 #include "platform/host/screen/frame_painter.h"
+#include "platform/host/screen/paint.h"
 
 namespace host {
 
@@ -44,13 +45,18 @@ struct Slope {
 
 }  // namespace
 
-Screen::Screen(Size size, PixelFormat format) : buffer_(size, format), ink_(size) {}
+Screen::Screen(Size size, PixelFormat format) : buffer_(size, format), damage_(size), ink_(size) {}
+
+void Screen::changed(Rect area) {
+    damage_.add(area);
+    ink_.forget(area);
+}
 
 void Screen::clear() { fill(buffer_.bounds(), kWhite); }
 
 void Screen::fill(Rect area, Rgb colour) {
     fillArea(buffer_, area, colour);
-    ink_.forget(area);
+    changed(area);
 }
 
 void Screen::line(Point from, Point to, Rgb colour) {
@@ -84,13 +90,13 @@ void Screen::draw(Point topLeft, const bitmap_s& bitmap) {
     }
     const Rect area = Rect{topLeft.x, topLeft.y, bitmap.width, bitmap.height}.intersected(buffer_.bounds());
     if (area.empty()) return;
-    drawBitmap(buffer_, topLeft, bitmap, area);
+    drawBitmap(buffer_, topLeft, bitmap, area, damage_);
     ink_.forget(area);
 }
 
 void Screen::frame(const Frame& frame) {
     paintFrame(buffer_, frame);
-    ink_.forget(frame.box);
+    changed(frame.box);
 }
 
 void Screen::tint(Point topLeft, const Coverage& coverage, Rect clip, Rgb colour) {
@@ -98,12 +104,14 @@ void Screen::tint(Point topLeft, const Coverage& coverage, Rect clip, Rgb colour
     const Rect area = shape.intersected(clip).intersected(buffer_.bounds());
     if (area.empty()) return;
     tintArea(buffer_, topLeft, coverage, area, colour);
-    ink_.forget(area);
+    changed(area);
 }
 
 Rect Screen::ink(const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y, int resolution,
                  Rgb colour, int width) {
-    return ink_.draw(buffer_, x, y, resolution, colour, width);
+    const Rect touched = ink_.draw(buffer_, x, y, resolution, colour, width);
+    damage_.add(touched);
+    return touched;
 }
 
 BitmapPtr Screen::capture(Rect area) const { return captureArea(buffer_, area); }

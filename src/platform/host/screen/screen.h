@@ -2,10 +2,11 @@
 
 #include "platform/host/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
+#include "platform/host/screen/damage.h"
 #include "platform/host/screen/frame_painter.h"
 #include "platform/host/screen/framebuffer.h"
 #include "platform/host/screen/ink.h"
-#include "platform/host/screen/paint.h"
+#include "platform/host/screen/tint.h"
 #include "platform/splines.h"
 
 namespace host {
@@ -17,6 +18,8 @@ public:
     Screen(Size size, PixelFormat format);
 
     [[nodiscard]] const Framebuffer& pixels() const { return buffer_; }
+    /// Where it has been drawn since the panel last took note.
+    [[nodiscard]] Damage& damage() { return damage_; }
 
     void clear();
     void fill(Rect area, Rgb colour);
@@ -37,7 +40,11 @@ public:
     [[nodiscard]] BitmapPtr capture(Rect area) const;
 
 private:
+    /// Something other than ink has been drawn there.
+    void changed(Rect area);
+
     Framebuffer buffer_;
+    Damage damage_;
     Ink ink_;
 };
 

@@ -43,8 +43,12 @@ private:
     lumora::graphics::PointD unit_;
     double length_;
     double perRow_;  ///< length of the chord from one row to the next, signed; 0 on a level chord
-    double bend_;    ///< half the curvature, 1 / pixels, signed
     double bow_;
+    // For the pixels of the rim.
+    float unitX_;
+    float unitY_;
+    float half_;  ///< half the length
+    float bend_;  ///< half the curvature, 1 / pixels, signed
 };
 
 /// A piece of a stroke as bent steps, as few as follow its curve to about a hundredth of a pixel.
@@ -53,7 +57,7 @@ public:
     /// `resolution` is the largest number of steps.
     StrokePath(const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y, int resolution);
 
-    /// Empty when a coefficient is not finite.
+    /// Empty when the curve leaves the range of a thousand million pixels or is no number.
     [[nodiscard]] std::span<const StrokeStep> steps() const { return {steps_.data(), count_}; }
 
     /// A box around the path, without the stroke's width.

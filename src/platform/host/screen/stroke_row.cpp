@@ -24,24 +24,24 @@ void StrokeRow::approach(const StrokeStep& step, const Nib& nib) {
     const StrokeStep::Extent reach = step.extent(y_, nib.outer + step.bow());
     const Columns span = columnsBetween(reach.left, reach.right, screenWidth_);
     if (span.empty()) return;
-    include(span, static_cast<float>(nib.outer * nib.outer));
     const StrokeStep::Extent core = step.extent(y_, nib.inner - step.bow());
     const Columns inside = columnsBetween(core.left, core.right, screenWidth_);
-    if (inside.empty()) {
-        measure(step, span);
-        return;
+    const Columns leftRim{span.left, inside.empty() ? span.right : inside.left - 1};
+    const Columns rightRim{inside.empty() ? span.right + 1 : inside.right + 1, span.right};
+    const auto nothing = static_cast<float>(nib.outer * nib.outer);
+    if (columns_.empty()) {
+        fill(leftRim, nothing);
+        fill(rightRim, nothing);
+        columns_ = span;
+    } else {
+        extend(span, nothing);
     }
-    measure(step, {span.left, inside.left - 1});
-    measure(step, {inside.right + 1, span.right});
-    addSolid(inside);
+    measure(step, leftRim);
+    measure(step, rightRim);
+    if (!inside.empty()) addSolid(inside);
 }
 
-void StrokeRow::include(Columns span, float nothing) {
-    if (columns_.empty()) {
-        fill(span, nothing);
-        columns_ = span;
-        return;
-    }
+void StrokeRow::extend(Columns span, float nothing) {
     fill({span.left, columns_.left - 1}, nothing);
     fill({columns_.right + 1, span.right}, nothing);
     columns_ = {std::min(columns_.left, span.left), std::max(columns_.right, span.right)};

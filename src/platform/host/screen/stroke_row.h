@@ -49,7 +49,7 @@ public:
     [[nodiscard]] float squaredDistance(int x) const { return distances_[static_cast<std::size_t>(x)]; }
 
 private:
-    void include(Columns span, float nothing);
+    void extend(Columns span, float nothing);
     void measure(const StrokeStep& step, Columns span);
     void addSolid(Columns inside);
     void fill(Columns span, float distance);

@@ -6,6 +6,9 @@ namespace host {
 
 namespace {
 
+/// Hinting may move the edge of a glyph beyond the ink that its outline promises.
+constexpr int kHintingMargin = 2;
+
 struct FreeIterator {
     void operator()(PangoLayoutIter* lines) const { pango_layout_iter_free(lines); }
 };
@@ -26,11 +29,12 @@ std::vector<TextBlock::Line> TextBlock::lines() const {
     std::vector<Line> found;
     const std::unique_ptr<PangoLayoutIter, FreeIterator> at(pango_layout_get_iter(layout_.get()));
     do {
+        PangoRectangle ink;
         PangoRectangle box;
-        pango_layout_iter_get_line_extents(at.get(), nullptr, &box);
+        pango_layout_iter_get_line_extents(at.get(), &ink, &box);
         const PangoLayoutLine* line = pango_layout_iter_get_line_readonly(at.get());
-        found.push_back(
-            {pixels(box), static_cast<std::size_t>(line->start_index), static_cast<std::size_t>(line->length)});
+        found.push_back({pixels(box), pixels(ink).inset(-kHintingMargin), static_cast<std::size_t>(line->start_index),
+                         static_cast<std::size_t>(line->length)});
     } while (pango_layout_iter_next_line(at.get()));
     return found;
 }

@@ -6,7 +6,7 @@
 
 #include "platform/host/geometry.h"
 
-struct _PangoLayout;
+struct _PangoLayout;  // the library's name for it; NOLINT(bugprone-reserved-identifier)
 
 namespace host {
 
@@ -16,9 +16,9 @@ class TextBlock {
 public:
     struct Line {
         Rect box;
+        Rect ink;  ///< what drawing it may change: accents and tails reach out of the box
         std::size_t start = 0;
         std::size_t length = 0;  ///< without its line end
-        bool operator==(const Line&) const = default;
     };
 
     /// Takes over the layout; null is an empty text.
