@@ -188,6 +188,7 @@ double windowStroke(host::Size size) {
 /// Seconds from the start to the end of a program that shows one frame.
 double runSeconds(std::vector<std::string> command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command) arguments.push_back(argument.data());
     arguments.push_back(nullptr);
     const SteadyClock::time_point begin = SteadyClock::now();
@@ -243,7 +244,7 @@ void startToFirstFrame(benchmark::State& state) {
             ours.push_back(
                 runSeconds({COLOUR_PROGRAM, "--display", "window", "--storage", folder, "--script", script}));
         }
-        if (*std::min_element(ours.begin(), ours.end()) < 0) state.SkipWithError("the program does not run");
+        if (*std::min_element(ours.begin(), ours.end()) < 0) state.SkipWithError(COLOUR_PROGRAM " does not run");
         report(state, ours, bare);
     }
     std::remove(script.c_str());

@@ -132,6 +132,12 @@ TEST_F(WaveformsTest, FastLeavesATraceThatRegularRemoves) {
     panel.update(kAll, Waveform::Regular);
     panel.wait();
     EXPECT_EQ(panel.shown(), screen);
+
+    draw(kLeft, kBlack, Waveform::Fast);
+    passUntil(static_cast<int>(clock.now().count()) + 20);
+    panel.update(kAll, Waveform::Regular);
+    panel.wait();
+    EXPECT_EQ(panel.shown(), screen) << "also when it was asked for before the trace was there";
 }
 
 TEST_F(WaveformsTest, FullFlashesBlackThenWhiteThenShowsThePicture) {

@@ -67,10 +67,11 @@ void AreaScaler::scaleSpan(const Framebuffer& picture, int row, int column, int 
         return;
     }
     sumRows(picture, row, left, bytes);
-    if (picture.format() == PixelFormat::Grey8)
+    if (picture.format() == PixelFormat::Grey8) {
         sumColumns<1>(column, width, into);
-    else
+    } else {
         sumColumns<3>(column, width, into);
+    }
 }
 
 void AreaScaler::copy(const Framebuffer& picture, Rect area, PixelRows into) const {
@@ -114,7 +115,7 @@ void AreaScaler::sumColumns(int column, int width, std::uint32_t* into) const {
     const int* first = columns_.first.data() + column;
     const std::uint16_t* weight = columns_.weightsOf(column);
     for (int x = 0; x < width; ++x) {
-        const std::uint16_t* sum = sums_.data() + (first[x] - first[0]) * kChannels;
+        const std::uint16_t* sum = sums_.data() + std::ptrdiff_t{first[x] - first[0]} * kChannels;
         std::array<std::uint32_t, 3> total = {kHalf, kHalf, kHalf};
         for (int i = 0; i < columns_.taps; ++i, ++weight) {
             for (std::size_t c = 0; c < kChannels; ++c) total[c] += std::uint32_t{*sum++} * *weight;

@@ -13,10 +13,12 @@ public:
 
     std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override {
         std::unique_lock lock(mutex_);
-        if (timeout)
-            awoken_.wait_for(lock, *timeout, [this] { return wake_; });
-        else
-            awoken_.wait(lock, [this] { return wake_; });
+        const auto awoken = [this] { return wake_; };
+        if (timeout) {
+            awoken_.wait_for(lock, *timeout, awoken);
+        } else {
+            awoken_.wait(lock, awoken);
+        }
         wake_ = false;
         return std::nullopt;
     }

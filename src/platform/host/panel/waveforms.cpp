@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
 namespace host {
 
@@ -12,8 +11,8 @@ constexpr std::int64_t kScanRate = 85;  // Hz
 
 struct Timing {
     std::chrono::milliseconds duration;
-    int stride;  // scans between two steps of the picture; finer ones cost time and nobody sees them
-    int ghost;   // of 256: how much of the previous picture remains
+    int stride;      // scans between two steps of the picture; finer ones cost time and nobody sees them
+    unsigned ghost;  // of 256: how much of the previous picture remains
 };
 
 // Durations as published for e-ink panels and their timing controllers at room temperature and 85 Hz: 120 to 260 ms
@@ -33,34 +32,50 @@ std::int64_t scanReached(Instant at) { return at.count() * kScanRate / 1000; }
 std::int64_t scanFrom(Instant at) { return ceilDivide(at.count() * kScanRate, 1000); }
 Instant instantOf(std::int64_t scan) { return Instant{ceilDivide(scan * 1000, kScanRate)}; }
 
-constexpr int kWhole = 256;
+constexpr unsigned kWhole = 256;
 
-std::uint8_t mixed(int from, int to, int weight) {
+std::uint8_t mixed(unsigned from, unsigned to, unsigned weight) {
     return static_cast<std::uint8_t>((from * (kWhole - weight) + to * weight + kWhole / 2) / kWhole);
 }
 
-// How far a flight has come. The flash drives every pixel to black, then to white, then to the picture.
-struct Phase {
-    std::optional<int> from;  // a shade that stands for the previous picture
-    std::optional<int> to;    // a shade that stands for the new picture
-    int weight;               // of kWhole
-};
+// A shade that takes the place of a picture.
+constexpr std::array<std::uint8_t, 3> kBlackPixel{};
+constexpr std::array<std::uint8_t, 3> kWhitePixel{0xFF, 0xFF, 0xFF};
 
-Phase phaseOf(Waveform waveform, std::int64_t elapsed, std::int64_t whole) {
-    const int progress = static_cast<int>(elapsed * kWhole / whole);
-    if (waveform != Waveform::Full) {
-        const int reach = kWhole - timing(waveform).ghost;
-        return {std::nullopt, std::nullopt, progress * reach / kWhole};
-    }
-    const int third = std::min(progress * 3 / kWhole, 2);
-    const int weight = progress * 3 - third * kWhole;
-    if (third == 0) return {std::nullopt, kBlack, weight};
-    if (third == 1) return {kBlack, 0xFF, weight};
-    return {0xFF, std::nullopt, weight};
+template <int kChannels>
+bool same(const std::uint8_t* a, const std::uint8_t* b) {
+    if constexpr (kChannels == 1) return *a == *b;
+    return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
 }
 
-// Grows around pixels that are added in the order of rows.
-class Extent {
+}  // namespace
+
+/// How far a flight has come. The flash drives every pixel to black, then to white, then to the picture.
+struct Waveforms::Phase {
+    const std::uint8_t* from;  ///< a pixel that takes the place of the previous picture, or null
+    const std::uint8_t* to;    ///< a pixel that takes the place of the new picture, or null
+    unsigned weight;           ///< of kWhole
+    bool done;
+
+    Phase(Waveform waveform, Scan elapsed, Scan whole);
+};
+
+Waveforms::Phase::Phase(Waveform waveform, Scan elapsed, Scan whole)
+    : from(nullptr), to(nullptr), weight(static_cast<unsigned>(elapsed * kWhole / whole)), done(elapsed == whole) {
+    if (waveform != Waveform::Full) {
+        weight = weight * (kWhole - timing(waveform).ghost) / kWhole;
+        return;
+    }
+    const unsigned third = std::min(weight * 3 / kWhole, 2U);
+    weight = weight * 3 - third * kWhole;
+    if (third == 0) to = kBlackPixel.data();
+    if (third == 1) from = kBlackPixel.data();
+    if (third == 1) to = kWhitePixel.data();
+    if (third == 2) from = kWhitePixel.data();
+}
+
+/// Grows around pixels that are added in the order of rows.
+class Waveforms::Extent {
 public:
     void add(int x, int y) {
         left_ = std::min(left_, x);
@@ -78,19 +93,6 @@ private:
     int top_ = INT_MAX;
     int bottom_ = INT_MIN;
 };
-
-bool samePixel(const Framebuffer& a, const Framebuffer& b, int x, int y) {
-    const std::uint8_t* p = a.at(x, y);
-    const std::uint8_t* q = b.at(x, y);
-    if (a.format() == PixelFormat::Grey8) return *p == *q;
-    return p[0] == q[0] && p[1] == q[1] && p[2] == q[2];
-}
-
-void copyPixel(const Framebuffer& from, Framebuffer& to, int x, int y) {
-    std::copy_n(from.at(x, y), from.bytesPerPixel(), to.at(x, y));
-}
-
-}  // namespace
 
 Waveforms::Waveforms(Framebuffer& shown)
     : shown_(shown), from_(shown), to_(shown), goal_(shown), owner_(shown.size(), PixelFormat::Grey8) {}
@@ -170,16 +172,12 @@ std::optional<std::uint8_t> Waveforms::freeSlot() const {
     return static_cast<std::uint8_t>(slot - flights_.begin());
 }
 
-Waveforms::Pixel Waveforms::judge(int x, int y, Waveform waveform) const {
-    const std::uint8_t owner = *owner_.at(x, y);
-    const bool sameGoal = samePixel(goal_, to_, x, y);
-    if (owner == kFree) {
-        // Black and white leaves alone what is there already, with its ghost; grey drives the ghost out.
-        if (waveform == Waveform::Fast) return sameGoal ? Pixel::Rests : Pixel::Starts;
-        if (waveform == Waveform::Regular && samePixel(goal_, shown_, x, y)) return Pixel::Rests;
-        return Pixel::Starts;
-    }
-    return sameGoal && waveform <= flights_[owner].waveform ? Pixel::Rests : Pixel::Waits;
+Waveforms::Pixel Waveforms::judge(std::uint8_t owner, Waveform waveform, bool atGoal, bool showsGoal) const {
+    if (owner != kFree) return atGoal && waveform <= flights_[owner].waveform ? Pixel::Rests : Pixel::Waits;
+    // Black and white leaves alone what is there already, with its ghost; grey drives the ghost out.
+    if (waveform == Waveform::Fast) return atGoal ? Pixel::Rests : Pixel::Starts;
+    if (waveform == Waveform::Regular && showsGoal) return Pixel::Rests;
+    return Pixel::Starts;
 }
 
 void Waveforms::start(Request request, Scan scan) {
@@ -190,15 +188,12 @@ void Waveforms::start(Request request, Scan scan) {
     }
     Extent started;
     Extent blocked;
+    const bool grey = shown_.format() == PixelFormat::Grey8;
     for (int y = request.area.y; y < request.area.bottom(); ++y) {
-        for (int x = request.area.x; x < request.area.right(); ++x) {
-            const Pixel pixel = judge(x, y, request.waveform);
-            if (pixel == Pixel::Waits) blocked.add(x, y);
-            if (pixel != Pixel::Starts) continue;
-            started.add(x, y);
-            *owner_.at(x, y) = *slot;
-            copyPixel(shown_, from_, x, y);
-            copyPixel(goal_, to_, x, y);
+        if (grey) {
+            startRow<1>(request, y, *slot, started, blocked);
+        } else {
+            startRow<3>(request, y, *slot, started, blocked);
         }
     }
     if (!started.rect().empty()) {
@@ -208,25 +203,60 @@ void Waveforms::start(Request request, Scan scan) {
     if (!blocked.rect().empty()) waiting_.push_back({blocked.rect(), request.waveform});
 }
 
+template <int kChannels>
+void Waveforms::startRow(const Request& request, int y, std::uint8_t slot, Extent& started, Extent& blocked) {
+    const int left = request.area.x;
+    const int bytes = request.area.w * kChannels;
+    std::uint8_t* owner = owner_.at(left, y);
+    std::uint8_t* to = to_.at(left, y);
+    std::uint8_t* from = from_.at(left, y);
+    const std::uint8_t* goal = goal_.at(left, y);
+    const std::uint8_t* shown = shown_.at(left, y);
+    for (int i = 0, x = left; i < bytes; i += kChannels, ++x, ++owner) {
+        const bool atGoal = same<kChannels>(goal + i, to + i);
+        const Pixel pixel = judge(*owner, request.waveform, atGoal, same<kChannels>(goal + i, shown + i));
+        if (pixel == Pixel::Rests) continue;
+        if (pixel == Pixel::Waits) {
+            blocked.add(x, y);
+            continue;
+        }
+        started.add(x, y);
+        *owner = slot;
+        std::copy_n(shown + i, kChannels, from + i);
+        std::copy_n(goal + i, kChannels, to + i);
+    }
+}
+
 void Waveforms::drive(std::uint8_t slot, Scan scan) {
     Flight& flight = flights_[slot];
     flight.drawn = scan;
-    const bool done = scan == flight.end;
-    const Phase phase = phaseOf(flight.waveform, scan - flight.begin, flight.end - flight.begin);
-    const int channels = shown_.bytesPerPixel();
+    const Phase phase(flight.waveform, scan - flight.begin, flight.end - flight.begin);
+    const bool grey = shown_.format() == PixelFormat::Grey8;
     for (int y = flight.area.y; y < flight.area.bottom(); ++y) {
-        for (int x = flight.area.x; x < flight.area.right(); ++x) {
-            std::uint8_t& owner = *owner_.at(x, y);
-            if (owner != slot) continue;
-            if (done) owner = kFree;
-            const std::uint8_t* from = from_.at(x, y);
-            const std::uint8_t* to = to_.at(x, y);
-            std::uint8_t* shown = shown_.at(x, y);
-            for (int c = 0; c < channels; ++c)
-                shown[c] = mixed(phase.from.value_or(from[c]), phase.to.value_or(to[c]), phase.weight);
+        if (grey) {
+            driveRow<1>(flight, y, slot, phase);
+        } else {
+            driveRow<3>(flight, y, slot, phase);
         }
     }
     changed_.push_back(flight.area);
+}
+
+template <int kChannels>
+void Waveforms::driveRow(const Flight& flight, int y, std::uint8_t slot, const Phase& phase) {
+    const int left = flight.area.x;
+    const int fromStep = phase.from == nullptr ? kChannels : 0;
+    const int toStep = phase.to == nullptr ? kChannels : 0;
+    const std::uint8_t* from = phase.from == nullptr ? from_.at(left, y) : phase.from;
+    const std::uint8_t* to = phase.to == nullptr ? to_.at(left, y) : phase.to;
+    const unsigned weight = phase.weight;
+    std::uint8_t* owner = owner_.at(left, y);
+    std::uint8_t* shown = shown_.at(left, y);
+    for (int i = 0; i < flight.area.w; ++i, shown += kChannels, from += fromStep, to += toStep) {
+        if (owner[i] != slot) continue;
+        if (phase.done) owner[i] = kFree;
+        for (int c = 0; c < kChannels; ++c) shown[c] = mixed(from[c], to[c], weight);
+    }
 }
 
 }  // namespace host

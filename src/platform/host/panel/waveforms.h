@@ -50,16 +50,23 @@ private:
         Waveform waveform = Waveform::Fast;
     };
 
-    /// What the scan of a request over its pixels comes to.
+    /// What a request means to a pixel.
     enum class Pixel { Rests, Starts, Waits };
 
-    [[nodiscard]] Pixel judge(int x, int y, Waveform waveform) const;
+    class Extent;
+    struct Phase;
+
+    [[nodiscard]] Pixel judge(std::uint8_t owner, Waveform waveform, bool atGoal, bool showsGoal) const;
     [[nodiscard]] std::optional<std::uint8_t> freeSlot() const;
     [[nodiscard]] Request absorbWaiting(Request request);
     void start(Request request, Scan scan);
+    template <int kChannels>
+    void startRow(const Request& request, int y, std::uint8_t slot, Extent& started, Extent& blocked);
     void startWaiting(Scan scan);
     void finish(Scan scan);
     void drive(std::uint8_t slot, Scan scan);
+    template <int kChannels>
+    void driveRow(const Flight& flight, int y, std::uint8_t slot, const Phase& phase);
 
     // A controller runs 16 to 64 refreshes at once; a pixel's owner fits a byte.
     static constexpr std::uint8_t kFree = 0xFF;

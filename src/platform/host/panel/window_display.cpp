@@ -88,10 +88,11 @@ public:
         const bool full = dirty_.size() >= kMostAreas;
         const auto meets = [&area, full](Rect other) { return full || !other.intersected(area).empty(); };
         const auto known = std::find_if(dirty_.begin(), dirty_.end(), meets);
-        if (known != dirty_.end())
+        if (known != dirty_.end()) {
             *known = known->united(area);
-        else
+        } else {
             dirty_.push_back(area);
+        }
     }
 
     void flush() override {

@@ -18,7 +18,9 @@ constexpr std::uint32_t kStroke = 0xFFE02020;
 
 using Pixels = std::array<std::uint32_t, std::size_t{kSide} * kSide>;
 
-std::uint32_t& pixelOf(Pixels& pixels, int x, int y) { return pixels[static_cast<std::size_t>(y * kSide + x)]; }
+std::uint32_t& pixelOf(Pixels& pixels, int x, int y) {
+    return pixels.at(static_cast<std::size_t>(y) * kSide + static_cast<std::size_t>(x));
+}
 
 void drawPage(Pixels& pixels) {
     for (int y = 0; y < kSide; ++y) {
