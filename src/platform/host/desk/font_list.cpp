@@ -18,8 +18,10 @@ constexpr int kThickLine = -3;
 
 /// The font in a smaller size where the text would not fit; at its smallest, the text is cut instead.
 font_s fitted(Text& text, const std::string& line, font_s font, int width) {
-    const int needed = text.measure(line, font, 0).w;
-    if (needed > width) font.size = std::max(font.size * width / needed, kSmallestName);
+    for (int needed = text.measure(line, font, 0).w; needed > width && font.size > kSmallestName;
+         needed = text.measure(line, font, 0).w) {
+        font.size = std::max(std::min(font.size * width / needed, font.size - 1), kSmallestName);
+    }
     return font;
 }
 
@@ -63,8 +65,8 @@ Rect FontList::rowBox(int row) const {
 }
 
 const std::string* FontList::family(int row) const {
-    const auto index = static_cast<std::size_t>(page_ * rows_ + row);
-    return index < families_.size() ? &families_[index] : nullptr;
+    const int index = page_ * rows_ + row;
+    return index < static_cast<int>(families_.size()) ? &families_[static_cast<std::size_t>(index)] : nullptr;
 }
 
 std::optional<int> FontList::rowAt(Point at) const {

@@ -67,7 +67,6 @@ struct Text::Engine {
 };
 
 Text::Engine::Engine(const Device& forDevice) : device(forDevice), fonts(pango_ft2_font_map_new()), context(nullptr) {
-    pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(fonts.get()), catalog.config());
     pango_fc_font_map_set_default_substitute(PANGO_FC_FONT_MAP(fonts.get()), preferLightHinting, nullptr, nullptr);
     context.reset(pango_font_map_create_context(fonts.get()));
 }
