@@ -65,25 +65,6 @@ TEST(Frame, HasTheAreaOfItsShape) {
     EXPECT_NEAR(panel, 2 * 6 * (160 + 80) + discArea(20) - discArea(14), 1);
 }
 
-TEST(Frame, ADiscIsRoundEverywhereOnItsRim) {
-    constexpr int kRadius = 40;
-    const Screen screen = framed({{10, 10, 80, 80}, kRadius, 15, kAllAndInside, kRadius});
-    for (int y = 10; y < 90; ++y) {
-        for (int x = 10; x < 90; ++x) {
-            const double inside = kRadius - std::hypot(x - 49.5, y - 49.5);
-            if (inside > 0.71) {
-                ASSERT_EQ(darknessAt(screen.pixels(), x, y), 255);
-            }
-            if (inside < -0.71) {
-                ASSERT_EQ(darknessAt(screen.pixels(), x, y), 0);
-            }
-            if (std::abs(inside) < 0.3) {
-                ASSERT_NEAR(darknessAt(screen.pixels(), x, y), 127.5 + 255 * inside, 25);
-            }
-        }
-    }
-}
-
 TEST(Frame, LeavesOutSidesAndCorners) {
     const Frame whole{{10, 10, 40, 30}, 3, 15, 15, 8};
     Frame open = whole;

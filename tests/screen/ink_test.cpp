@@ -255,8 +255,12 @@ TEST(Ink, TakesPiecesOfAnyValue) {
     Screen screen({50, 40}, PixelFormat::Rgb24);
     constexpr double kFar = 1e9;
     EXPECT_TRUE(ink(screen, piecesOf({{kFar, 0}, {kFar, 90}})[0], 18).empty());
-    EXPECT_TRUE(ink(screen, {{10, 1, 0, 0, std::nan("")}, {10, 0, 0, 0, 5}}, 18).empty());
-    EXPECT_TRUE(ink(screen, {{10, 1, 0, 0, 5}, {10, 1e308, 0, 0, 5}}, 18).empty());
+    for (const double value : {std::nan(""), 1e300, -1e300, 1e155, std::numeric_limits<double>::infinity()}) {
+        EXPECT_TRUE(ink(screen, {{value, 1, 0, 0, 5}, {10, 0, 0, 0, 5}}, 18).empty());
+        EXPECT_TRUE(ink(screen, {{10, 1, 0, 0, 5}, {10, value, 0, 0, 5}}, 18).empty());
+        EXPECT_TRUE(ink(screen, {{10, 1, 0, 0, 5}, {10, 0, value, 1, 5}}, 18).empty());
+        EXPECT_TRUE(ink(screen, {{10, 1, 0, 0, value}, {10, 1, 0, 0, 5}}, 18).empty());
+    }
     EXPECT_TRUE(ink(screen, piecesOf({{10, 10}, {20, 20}})[0], 0).empty());
     EXPECT_TRUE(ink(screen, piecesOf({{10, 10}, {20, 20}})[0], -7).empty());
     EXPECT_EQ(firstDifference(screen.pixels(), Framebuffer({50, 40}, PixelFormat::Rgb24)), kNowhere);

@@ -2,6 +2,8 @@
 // gestures, which a stroke must not suffer, so pointer and keys go to the program from here, on the same connection.
 import RFB from './novnc/core/rfb.js';
 
+const CONNECTING = 'Connecting…';
+const ENDED = 'Colour has ended.\nThis page comes back when it starts again.';
 const RETRY_MS = 1000;
 const LONGEST_PASTE = 4096;  // characters
 
@@ -23,6 +25,7 @@ let socket = null;
 let rfb = null;
 let connected = false;
 let seen = false;       // the panel has been shown once
+let refused = false;    // the last password was wrong
 let credentials = {};
 
 function tell(text, asksPassword = false) {
@@ -41,14 +44,16 @@ function connect() {
     rfb.compressionLevel = 1;  // most clients are on this machine: time counts, bytes do not
     rfb.addEventListener('connect', () => {
         connected = seen = true;
+        refused = false;
         tell('');
     });
-    rfb.addEventListener('credentialsrequired', () => tell('Password', true));
+    rfb.addEventListener('credentialsrequired', () => tell(refused ? 'Wrong password' : 'Password', true));
     rfb.addEventListener('securityfailure', () => {
+        refused = true;
         credentials = {};
     });
     rfb.addEventListener('disconnect', () => {
-        if (!connected && seen) tell('Colour has ended.\nThis page comes back when it starts again.');
+        if (!connected) tell(seen ? ENDED : CONNECTING);
         const retryMs = connected ? 0 : RETRY_MS;  // at once after a mere break
         connected = false;
         stroke = null;
@@ -60,7 +65,7 @@ notice.addEventListener('submit', (event) => {
     event.preventDefault();
     credentials = {password: password.value};
     password.value = '';
-    tell('Connecting…');
+    tell(CONNECTING);
     rfb.sendCredentials(credentials);
 });
 
@@ -148,5 +153,5 @@ window.addEventListener('paste', (event) => {
     }
 });
 
-tell('Connecting…');
+tell(CONNECTING);
 connect();

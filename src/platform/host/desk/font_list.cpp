@@ -36,7 +36,6 @@ std::string FontList::pageText() const { return std::to_string(page_ + 1) + " / 
 void FontList::turn(int pages) { page_ = (page_ + pages + pageCount()) % pageCount(); }
 
 void FontList::paint() {
-    desk_.screen.fill(box_, kWhite);
     for (int row = 0; row < rows_; ++row) paintRow(row);
 }
 
@@ -77,7 +76,6 @@ std::optional<int> FontList::rowAt(Point at) const {
 
 void FontList::paintRow(int row) {
     const Rect box = rowBox(row);
-    desk_.screen.fill(box, kWhite);
     const std::string* name = family(row);
     if (name == nullptr) return;
     const bool pressed = pressed_ == row;
@@ -114,11 +112,16 @@ void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
     desk_.text.draw(desk_.screen, {end - sampleWidth, inside.y, sampleWidth, inside.h}, sample, own, style);
 }
 
+void FontList::showRow(int row, Waveform waveform) {
+    desk_.screen.fill(rowBox(row), kWhite);
+    paintRow(row);
+    desk_.panel.update(rowBox(row), waveform);
+}
+
 void FontList::press(std::optional<int> row) {
     for (const std::optional<int> changed : {std::exchange(pressed_, row), row}) {
         if (!changed) continue;
-        paintRow(*changed);
-        desk_.panel.update(rowBox(*changed), Waveform::Fast);
+        showRow(*changed, Waveform::Fast);
     }
 }
 
@@ -127,8 +130,7 @@ void FontList::choose(int row) {
     for (int changed = 0; changed < rows_; ++changed) {
         const std::string* name = family(changed);
         if (name == nullptr || (*name != before && *name != chosen_)) continue;
-        paintRow(changed);
-        desk_.panel.update(rowBox(changed), Waveform::Regular);
+        showRow(changed, Waveform::Regular);
     }
 }
 

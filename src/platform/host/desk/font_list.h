@@ -23,7 +23,7 @@ public:
     /// Turns to the next page (1) or the one before (-1); behind the last comes the first.
     void turn(int pages);
 
-    /// Paints the page into the screen buffer; refreshes nothing.
+    /// Paints the page onto white ground in the screen buffer; refreshes nothing.
     void paint();
 
     /// One pointer event; repaints and refreshes the rows whose look changes. True when another family is chosen.
@@ -37,6 +37,7 @@ private:
     [[nodiscard]] std::optional<int> rowAt(Point at) const;
     void paintRow(int row);
     void paintName(Rect inside, const std::string& family, Rgb colour);
+    void showRow(int row, Waveform waveform);
     void press(std::optional<int> row);
     void choose(int row);
 

@@ -16,9 +16,7 @@ namespace host {
 namespace {
 
 // Device-independent units, 160 to the inch.
-constexpr int kTitleSize = 32;
-constexpr int kButtonSize = 28;
-constexpr int kPageSize = 26;
+constexpr int kTextSize = 28;
 constexpr int kUsualSize = 28;
 
 constexpr int kSampleMargin = 16;  // design units
@@ -122,7 +120,7 @@ FontSelector::FontSelector(const Desk& desk, const FontRequest& request, const s
 void FontSelector::paint() {
     paintPanel();
     const TextStyle line{.wrap = Wrap::None};
-    desk_.text.draw(desk_.screen, boxes_.title, title_, {desk_.text.defaultFamily(0), kTitleSize}, line);
+    desk_.text.draw(desk_.screen, boxes_.title, title_, {desk_.text.defaultFamily(0), kTextSize}, line);
     list_.paint();
     paintPageText();
     paintSample();
@@ -153,7 +151,7 @@ bool FontSelector::chooseFont(std::string_view font) {
 }
 
 ButtonFace FontSelector::face(std::string label, std::string icon) const {
-    return {std::move(label), std::move(icon), font_s{desk_.text.defaultFamily(0), kButtonSize}};
+    return {std::move(label), std::move(icon), font_s{desk_.text.defaultFamily(0), kTextSize}};
 }
 
 /// White inside the round frame only, so that the picture below stays visible outside its corners.
@@ -167,7 +165,7 @@ void FontSelector::paintPanel() {
 
 void FontSelector::paintPageText() {
     desk_.screen.fill(boxes_.page, kWhite);
-    desk_.text.draw(desk_.screen, boxes_.page, list_.pageText(), {desk_.text.defaultFamily(0), kPageSize},
+    desk_.text.draw(desk_.screen, boxes_.page, list_.pageText(), {desk_.text.defaultFamily(0), kTextSize},
                     {.align = Align::Centre, .wrap = Wrap::None});
 }
 
@@ -188,6 +186,7 @@ void FontSelector::paintSample() {
 
 void FontSelector::turn(int pages) {
     list_.turn(pages);
+    desk_.screen.fill(boxes_.list, kWhite);
     list_.paint();
     paintPageText();
     desk_.panel.update(boxes_.list.united(boxes_.page), Waveform::Regular);

@@ -1,10 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/host/desk/desk.h"
+#include "platform/host/desk/touch_button.h"
+#include "platform/host/explorer/page_layout.h"
+#include "platform/host/explorer/page_painter.h"
+#include "platform/host/explorer/thumbnails.h"
 #include "platform/host/files/storage.h"
 
 namespace host {
@@ -16,11 +21,23 @@ struct ExplorerActions {
     std::function<void()> leave;
 };
 
+/// Something on the explorer's screen that a person can tap.
+struct Tile {
+    enum class Kind { NewPicture, Picture, Exit, PreviousPage, NextPage };
+    Kind kind;
+    Rect area;
+    std::string devicePath{};  ///< of a picture
+    bool damaged = false;      ///< a picture that cannot be read, nor opened
+};
+
 /// The image explorer's screen: "new picture" first, then thumbnails, newest first, in pages with buttons.
-/// Loads only what the page shows.
+/// Loads only what the page shows. A damaged picture shows the broken-image icon and cannot be opened: the
+/// application would take it for a white page and remove the file.
 class Explorer {
 public:
     Explorer(const Desk& desk, const Storage& storage, ExplorerActions actions);
+    Explorer(const Explorer&) = delete;
+    Explorer& operator=(const Explorer&) = delete;
 
     /// Reads the folder again, paints the page and refreshes the whole panel.
     void show();
@@ -29,10 +46,39 @@ public:
     /// buttons. Returns 1 when it took the event.
     int handle(int type, int par1, int par2);
 
+    /// What can be tapped on the page as it is shown: the tiles in their order, then the buttons.
+    [[nodiscard]] std::vector<Tile> tiles() const;
+
 private:
+    void fillPage();
+    void paint();
+    void pointer(int type, Point at);
+    /// True when the event made a button act.
+    bool pressButtons(int type, Point at);
+    void pressTile(int type, Point at);
+    void act(const Tile& tile);
+    void turnTo(int page);
+    void tell(const std::string& notice);
+
+    [[nodiscard]] int pages() const;
+    [[nodiscard]] bool hasPrevious() const { return page_ > 0; }
+    [[nodiscard]] bool hasNext() const { return page_ + 1 < pages(); }
+
     Desk desk_;
     const Storage& storage_;
     ExplorerActions actions_;
+    PageLayout layout_;
+    PagePainter painter_;
+    TouchButton exit_;
+    TouchButton previous_;
+    TouchButton next_;
+
+    std::vector<PictureEntry> pictures_;
+    Thumbnails thumbnails_;
+    int page_ = 0;
+    std::vector<Tile> grid_;
+    std::optional<std::size_t> pressed_;
+    std::string notice_;
 };
 
 }  // namespace host

@@ -1,7 +1,10 @@
 #include "platform/host/files/bmp_header.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <limits>
+#include <span>
 
 #include "platform/host/files/picture_file.h"
 
@@ -95,12 +98,18 @@ void put(std::string& bytes, std::uint32_t value, int count) {
 
 }  // namespace
 
-std::optional<BmpHeader> parseBmpHeader(std::span<const std::uint8_t> start, std::uint64_t fileSize,
-                                        std::string& reason) {
+std::optional<BmpHeader> readBmpHeader(const InputFile& file, std::string& reason) {
+    std::array<std::uint8_t, kBmpFileHeader + kLongestHeader> start{};
     const Fields fields(start);
-    const std::uint32_t headerSize = start.size() >= kBmpFileHeader + 4 ? fields.longWord(14) : 0;
-    if (start.size() < kBmpFileHeader + 4 || start.size() < kBmpFileHeader + std::min(headerSize, kLongestHeader)) {
+    const std::size_t present = std::min<std::uint64_t>(file.size(), start.size());
+    const bool isRead = file.read(0, std::span(start).first(present));
+    const std::uint32_t headerSize = fields.longWord(14);
+    if (!isRead || present < kBmpFileHeader + std::clamp(headerSize, 4U, kLongestHeader)) {
         reason = "is cut off: the file ends within its header";
+        return std::nullopt;
+    }
+    if (start[0] != 'B' || start[1] != 'M') {
+        reason = "is no BMP";
         return std::nullopt;
     }
     BmpHeader header{};
@@ -112,7 +121,7 @@ std::optional<BmpHeader> parseBmpHeader(std::span<const std::uint8_t> start, std
     } else if (known) {
         known = readInfo(fields, headerSize, header);
     }
-    const char* fault = known ? findFault(header, fileSize) : "is a BMP of an unknown kind";
+    const char* fault = known ? findFault(header, file.size()) : "is a BMP of an unknown kind";
     if (fault == nullptr) return header;
     reason = fault;
     return std::nullopt;

@@ -1,18 +1,15 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
+
+#include "platform/host/files/input_file.h"
 
 namespace host {
 
 inline constexpr std::size_t kBmpFileHeader = 14;
-/// More than the longest header (124 bytes behind the file header's 14) takes.
-inline constexpr std::size_t kBmpHeaderRoom = 160;
-
 /// Bytes of a BMP row: pixels are packed, rows are padded to four bytes.
 [[nodiscard]] constexpr std::size_t bmpRowBytes(int width, int bits) {
     return (static_cast<std::size_t>(width) * static_cast<std::size_t>(bits) + 31) / 32 * 4;
@@ -33,11 +30,9 @@ struct BmpHeader {
     int colourBytes;        ///< of one entry, B, G, R first
 };
 
-/// Reads and checks the headers. `start` holds the file's first bytes (kBmpHeaderRoom, or the whole file where it
-/// is shorter). Nothing, with the reason in `reason`, when they contradict themselves, are too large, or promise
-/// more than `fileSize` bytes hold.
-[[nodiscard]] std::optional<BmpHeader> parseBmpHeader(std::span<const std::uint8_t> start, std::uint64_t fileSize,
-                                                      std::string& reason);
+/// Reads and checks the headers. Nothing, with the reason in `reason`, when they contradict themselves, are too large,
+/// or promise more than the file holds.
+[[nodiscard]] std::optional<BmpHeader> readBmpHeader(const InputFile& file, std::string& reason);
 
 /// The headers of a bottom-up picture of 8 (grey, with its palette), 24 or 32 (with alpha) bits.
 [[nodiscard]] std::string makeBmpHeader(int width, int height, int bits);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <optional>
+#include <span>
 #include <vector>
 
 namespace host {
@@ -14,52 +14,6 @@ namespace {
 constexpr std::size_t kBlockBytes = std::size_t{256} << 10;
 
 using Vector = std::uint8_t __attribute__((vector_size(16)));
-constexpr std::size_t kColours = 256;
-using GreyTable = std::array<std::uint8_t, kColours>;
-
-std::optional<GreyTable> readGreyPalette(const InputFile& file, const BmpHeader& header) {
-    std::array<std::uint8_t, kColours * 4> entries{};
-    const auto entryBytes = static_cast<std::size_t>(header.colourBytes);
-    if (!file.read(header.palette, std::span(entries).first(kColours * entryBytes))) return std::nullopt;
-    GreyTable greys{};
-    for (std::size_t i = 0; i < greys.size(); ++i) {
-        const std::uint8_t* entry = &entries[i * entryBytes];
-        if (entry[0] != entry[1] || entry[1] != entry[2]) return std::nullopt;
-        greys[i] = entry[0];
-    }
-    return greys;
-}
-
-bool isIdentity(const GreyTable& greys) {
-    for (std::size_t i = 0; i < greys.size(); ++i) {
-        if (greys[i] != i) return false;
-    }
-    return true;
-}
-
-/// Brings one stored row into the record's form.
-class RowReader {
-public:
-    /// `greys` is null for 24 bits.
-    RowReader(int width, const GreyTable* greys)
-        : width_(static_cast<std::size_t>(width)), greys_(greys), asStored_(greys != nullptr && isIdentity(*greys)) {}
-
-    void convert(const std::uint8_t* stored, std::uint8_t* row) const {
-        if (greys_ == nullptr) {
-            swapRedAndBlue(stored, row, width_);
-        } else if (asStored_) {
-            std::memcpy(row, stored, width_);
-        } else {
-            std::transform(stored, stored + width_, row, [this](std::uint8_t index) { return (*greys_)[index]; });
-        }
-    }
-
-private:
-    std::size_t width_;
-    const GreyTable* greys_;
-    bool asStored_;
-};
-
 void storeRow(const bitmap_s& bitmap, int y, std::uint8_t* stored) {
     const std::uint8_t* row = bitmapRow(bitmap, y);
     const std::size_t width = bitmap.width;
@@ -104,35 +58,53 @@ void swapRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixe
     }
 }
 
-bool isPlainBmp(const BmpHeader& header) {
-    return header.compression == BmpHeader::None && (header.bits == 24 || (header.bits == 8 && header.colours == 256));
+std::optional<PlainBmp> PlainBmp::open(const InputFile& file, const BmpHeader& header) {
+    PlainBmp bmp(file, header);
+    if (header.compression != BmpHeader::None) return std::nullopt;
+    if (header.bits == 24) return bmp;
+    if (header.bits != 8 || header.colours != static_cast<int>(bmp.greys_.size())) return std::nullopt;
+    if (!bmp.readPalette()) return std::nullopt;
+    return bmp;
 }
 
-BitmapPtr readBmpRows(const InputFile& file, const BmpHeader& header, std::string& reason) {
-    std::optional<GreyTable> greys;
-    if (header.bits == 8 && !(greys = readGreyPalette(file, header))) return nullptr;
-    BitmapPtr bitmap = makeBitmap(header.width, header.height, header.bits);
-    if (bitmap == nullptr) {
-        reason = "is too large for a bitmap record";
-        return nullptr;
+bool PlainBmp::readPalette() {
+    std::array<std::uint8_t, std::tuple_size_v<GreyTable> * 4> entries{};
+    const auto entryBytes = static_cast<std::size_t>(header_.colourBytes);
+    if (!file_.read(header_.palette, std::span(entries).first(greys_.size() * entryBytes))) return false;
+    greysAreIndices_ = true;
+    for (std::size_t i = 0; i < greys_.size(); ++i) {
+        const std::uint8_t* entry = &entries[i * entryBytes];
+        if (entry[0] != entry[1] || entry[1] != entry[2]) return false;
+        greys_[i] = entry[0];
+        greysAreIndices_ = greysAreIndices_ && greys_[i] == i;
     }
-    const RowReader reader(header.width, greys ? &*greys : nullptr);
-    const std::size_t rowBytes = bmpRowBytes(header.width, header.bits);
+    return true;
+}
+
+bool PlainBmp::read(const std::function<void(int y, const std::uint8_t* stored)>& take) const {
+    const std::size_t rowBytes = bmpRowBytes(header_.width, header_.bits);
     const int blockRows = static_cast<int>(std::max<std::size_t>(kBlockBytes / rowBytes, 1));
     std::vector<std::uint8_t> block(rowBytes * static_cast<std::size_t>(blockRows));
-    for (int first = 0; first < header.height; first += blockRows) {
-        const int rows = std::min(blockRows, header.height - first);
+    for (int first = 0; first < header_.height; first += blockRows) {
+        const int rows = std::min(blockRows, header_.height - first);
         const std::span stored(block.data(), rowBytes * static_cast<std::size_t>(rows));
-        if (!file.read(header.pixels + rowBytes * static_cast<std::size_t>(first), stored)) {
-            reason = "cannot be read to its end";
-            return nullptr;
-        }
+        if (!file_.read(header_.pixels + rowBytes * static_cast<std::size_t>(first), stored)) return false;
         for (int i = 0; i < rows; ++i) {
-            const int y = header.topDown ? first + i : header.height - 1 - first - i;
-            reader.convert(&stored[rowBytes * static_cast<std::size_t>(i)], bitmapRow(*bitmap, y));
+            const int y = header_.topDown ? first + i : header_.height - 1 - first - i;
+            take(y, &stored[rowBytes * static_cast<std::size_t>(i)]);
         }
     }
-    return bitmap;
+    return true;
+}
+
+void PlainBmp::convert(const std::uint8_t* stored, std::uint8_t* row, int pixels) const {
+    if (header_.bits == 24) {
+        swapRedAndBlue(stored, row, static_cast<std::size_t>(pixels));
+    } else if (greysAreIndices_) {
+        std::memcpy(row, stored, static_cast<std::size_t>(pixels));
+    } else {
+        std::transform(stored, stored + pixels, row, [this](std::uint8_t index) { return greys_[index]; });
+    }
 }
 
 bool writeBmp(ReplacedFile& file, const bitmap_s& bitmap) {

@@ -38,13 +38,24 @@ bool readAll(const InputFile& file, std::vector<std::uint8_t>& bytes, std::strin
     return false;
 }
 
-BitmapPtr loadBmp(const InputFile& file, std::span<const std::uint8_t> start, std::string& reason) {
-    const auto header = parseBmpHeader(start, file.size(), reason);
-    if (!header) return nullptr;
-    if (isPlainBmp(*header)) {
-        BitmapPtr bitmap = readBmpRows(file, *header, reason);
-        if (bitmap != nullptr || !reason.empty()) return bitmap;
+BitmapPtr loadPlainBmp(const PlainBmp& bmp, std::string& reason) {
+    const auto [width, height] = bmp.size();
+    BitmapPtr bitmap = makeBitmap(width, height, bmp.depth());
+    if (bitmap == nullptr) {
+        reason = "is too large for a bitmap record";
+        return nullptr;
     }
+    const bool whole =
+        bmp.read([&](int y, const std::uint8_t* stored) { bmp.convert(stored, bitmapRow(*bitmap, y), bitmap->width); });
+    if (whole) return bitmap;
+    reason = "cannot be read to its end";
+    return nullptr;
+}
+
+BitmapPtr loadBmp(const InputFile& file, std::string& reason) {
+    const auto header = readBmpHeader(file, reason);
+    if (!header) return nullptr;
+    if (const auto plain = PlainBmp::open(file, *header)) return loadPlainBmp(*plain, reason);
     std::vector<std::uint8_t> bytes;
     if (!readAll(file, bytes, reason)) return nullptr;
     const SurfacePtr surface = decodeSurface(PictureKind::Bmp, bytes, reason);
@@ -69,14 +80,14 @@ BitmapPtr load(const std::filesystem::path& path, std::string& reason) {
         reason = "is empty";
         return nullptr;
     }
-    std::array<std::uint8_t, kBmpHeaderRoom> room{};
+    std::array<std::uint8_t, 8> room{};
     const std::span start = std::span(room).first(std::min<std::size_t>(room.size(), file.size()));
     if (!file.read(0, start)) {
         reason = "cannot be read";
         return nullptr;
     }
     if (isPng(start)) return loadPng(file, reason);
-    if (start.size() >= 2 && start[0] == 'B' && start[1] == 'M') return loadBmp(file, start, reason);
+    if (start.size() >= 2 && start[0] == 'B' && start[1] == 'M') return loadBmp(file, reason);
     reason = "is neither a BMP nor a PNG picture";
     return nullptr;
 }

@@ -16,9 +16,9 @@ constexpr auto kSilence = 300ms;   // a VNC client says nothing before it is gre
 constexpr auto kPatience = 10s;    // for a client to take anything, or to finish its request
 constexpr auto kAdmission = 120s;  // to type a password in
 constexpr auto kFarewell = 2s;     // to take the last bytes
-constexpr std::size_t kLargestHead = 8 * 1024;
-constexpr std::size_t kWaiting = 256 * 1024;  // bytes on their way to one client before it gets no more updates
-constexpr std::size_t kMostWaiting = 1024 * 1024;
+constexpr std::size_t kLargestHead = 8192;
+constexpr std::size_t kWaiting = 262144;  // bytes on their way to one client before it gets no more updates
+constexpr std::size_t kMostWaiting = 1048576;
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 constexpr std::string_view kVncAnswer = "RFB ";
 
@@ -30,7 +30,7 @@ BrowserConnection::BrowserConnection(Descriptor socket, VncScreen& screen, const
 bool BrowserConnection::wantsToReceive() const { return output_.size() - sent_ < kMostWaiting; }
 
 void BrowserConnection::receive(SteadyTime now) {
-    std::array<char, 16 * 1024> buffer;
+    std::array<char, 16384> buffer;
     const ssize_t got = recv(socket_.get(), buffer.data(), buffer.size(), 0);
     if (got < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR)) return;
     if (got <= 0) {
@@ -39,10 +39,11 @@ void BrowserConnection::receive(SteadyTime now) {
         return;
     }
     const std::string_view bytes(buffer.data(), static_cast<std::size_t>(got));
-    if (phase_ == Phase::Undecided)
+    if (phase_ == Phase::Undecided) {
         sort(bytes, now);
-    else if (phase_ == Phase::Panel)
+    } else if (phase_ == Phase::Panel) {
         hear(bytes, now);
+    }
 }
 
 void BrowserConnection::sort(std::string_view bytes, SteadyTime now) {

@@ -40,6 +40,7 @@ public:
     void present(const Framebuffer& shown, Rect area) override { screen_.present(shown, area); }
     std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override;
     void wake() override;
+    void flush() override;
     void setTextInput(bool on, Rect near) override;
 
 private:
@@ -64,7 +65,7 @@ std::optional<Input> BrowserDisplay::wait(std::optional<std::chrono::millisecond
     if (timeout) until = now + *timeout;
     for (;;) {
         // Also while input is queued, so that a flood of it shows what it draws.
-        for (BrowserConnection& connection : connections_) connection.send(steady_clock::now());
+        flush();
         if (screen_.hasInput()) return screen_.takeInput();
         if (!serve(until)) return {};
     }
@@ -108,7 +109,7 @@ int BrowserDisplay::timeToWait(std::optional<SteadyTime> until, SteadyTime now) 
     }
     if (!first) return -1;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*first - now).count();
-    constexpr std::int64_t kLongest = 60 * 60 * 1000;
+    constexpr std::int64_t kLongest = 3'600'000;  // an hour; poll takes no more than an int
     return static_cast<int>(std::clamp<std::int64_t>(left, 0, kLongest));
 }
 
@@ -131,6 +132,10 @@ void BrowserDisplay::wake() {
     constexpr std::uint64_t kOne = 1;
     // It fails only when the counter is full, and then a wake is due anyway.
     static_cast<void>(!write(wake_.get(), &kOne, sizeof kOne));
+}
+
+void BrowserDisplay::flush() {
+    for (BrowserConnection& connection : connections_) connection.send(steady_clock::now());
 }
 
 void BrowserDisplay::setTextInput(bool on, Rect) { screen_.setTextInput(on); }

@@ -95,10 +95,10 @@ std::optional<HttpRequest> parseHttpRequest(std::string_view head) {
         const std::size_t colon = line.find(':');
         if (colon == std::string_view::npos) return {};
         const std::string name = lower(line.substr(0, colon));
-        std::string value = trimmed(line.substr(colon + 1));
-        if (name == "host") request.host = std::move(value);
-        if (name == "origin") request.origin = std::move(value);
-        if (name == "sec-websocket-key") request.webSocketKey = std::move(value);
+        const std::string value = trimmed(line.substr(colon + 1));
+        if (name == "host") request.host = value;
+        if (name == "origin") request.origin = value;
+        if (name == "sec-websocket-key") request.webSocketKey = value;
     }
     return request;
 }

@@ -151,7 +151,7 @@ void VncClient::update(std::size_t enough) {
 std::string VncClient::takeOutput() { return std::exchange(output_, {}); }
 
 void VncClient::collect() {
-    std::array<char, 32 * 1024> buffer;
+    std::array<char, 32768> buffer;
     for (;;) {
         const ssize_t got = recv(link_.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
         if (got <= 0) break;

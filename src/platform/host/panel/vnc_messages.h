@@ -15,7 +15,7 @@ enum class VncStage { Version, SecurityType, Authentication, Initialisation, Nor
 [[nodiscard]] std::optional<std::size_t> vncMessageSize(VncStage stage, std::string_view bytes);
 
 /// Clipboards beyond this many bytes are passed over.
-inline constexpr std::size_t kLargestVncMessage = 64 * 1024;
+inline constexpr std::size_t kLargestVncMessage = 65536;
 
 /// What of a whole message in the normal stage reaches the protocol library: of the encodings only lossless ones,
 /// since the panel is shown exactly as it is; of the buttons only the first. No value when the message makes no sense.

@@ -10,8 +10,8 @@
 
 #include "platform/host/panel/display.h"
 
-struct _rfbScreenInfo;
-struct _rfbClientRec;
+struct _rfbScreenInfo;  // NOLINT(bugprone-reserved-identifier): the library's own names
+struct _rfbClientRec;   // NOLINT(bugprone-reserved-identifier)
 
 namespace host {
 

@@ -12,6 +12,12 @@ namespace {
 
 constexpr std::size_t kCharacters = 6;
 
+bool belongsTo(const FcPattern* font, const std::string& family) {
+    FcChar8* first = nullptr;
+    return FcPatternGetString(font, FC_FAMILY, 0, &first) == FcResultMatch &&
+           FcStrCmpIgnoreCase(first, fontconfigText(family.c_str())) == 0;
+}
+
 bool hasLetters(const FcCharSet* characters, const std::string& name) {
     return std::all_of(name.begin(), name.end(), [characters](char letter) {
         return !g_ascii_isalnum(letter) || FcCharSetHasChar(characters, static_cast<FcChar32>(letter)) != FcFalse;
@@ -60,18 +66,16 @@ std::string firstCharacters(const FcCharSet* characters) {
 }  // namespace
 
 std::string fontSample(FcConfig* config, const std::string& family) {
-    const PatternPtr wanted(FcPatternCreate());
-    FcPatternAddString(wanted.get(), FC_FAMILY, fontconfigText(family.c_str()));
-    const ObjectSetPtr properties(FcObjectSetBuild(FC_CHARSET, nullptr));
-    const FontSetPtr fonts(FcFontList(config, wanted.get(), properties.get()));
     std::string sample;
-    for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
+    bool showsName = false;
+    forEachFont(config, [&](const FcPattern* font) {
         FcCharSet* characters = nullptr;
-        if (FcPatternGetCharSet(fonts->fonts[i], FC_CHARSET, 0, &characters) != FcResultMatch) continue;
-        if (hasLetters(characters, family)) return {};
+        if (showsName || !belongsTo(font, family)) return;
+        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) return;
+        showsName = hasLetters(characters, family);
         if (sample.empty()) sample = firstCharacters(characters);
-    }
-    return sample;
+    });
+    return showsName ? "" : sample;
 }
 
 }  // namespace host

@@ -27,16 +27,17 @@ constexpr auto kShareOfLevel = [] {
 
 constexpr int kBandParts = 1024;
 
-/// Coverage across the band, from its outer side in.
+/// Coverage across the band, from its outer side in: that in the middle of each part.
 constexpr auto kBand = [] {
-    std::array<std::uint8_t, kBandParts + 1> band{};
-    for (int part = 0; part <= kBandParts; ++part) {
-        // The lower half rises as the narrow box enters the wide one and then steadily; the upper half mirrors it.
-        const bool upper = 2 * part > kBandParts;
-        const double depth = (upper ? kBandParts - part : part) * 2 * Nib::kHalfBand / kBandParts;
+    std::array<std::uint8_t, kBandParts> band{};
+    for (int part = 0; part < kBandParts / 2; ++part) {
+        // It rises as the narrow box enters the wide one, then steadily; the upper half mirrors the lower one.
+        const double depth = (part + 0.5) * 2 * Nib::kHalfBand / kBandParts;
         const double entered = std::min(depth, Nib::kNarrowBox);
         const double share = (entered * entered / (2 * Nib::kNarrowBox) + depth - entered) / Nib::kWideBox;
-        band[static_cast<std::size_t>(part)] = static_cast<std::uint8_t>((upper ? 1 - share : share) * kFull + 0.5);
+        const int level = (static_cast<int>(2 * kFull * share) + 1) / 2;
+        band[static_cast<std::size_t>(part)] = static_cast<std::uint8_t>(level);
+        band[static_cast<std::size_t>(kBandParts - 1 - part)] = static_cast<std::uint8_t>(kFull - level);
     }
     return band;
 }();
@@ -65,7 +66,8 @@ private:
         for (int x = span.left; x <= span.right; ++x) {
             constexpr auto kPartsPerPixel = static_cast<float>(kBandParts / (2 * Nib::kHalfBand));
             const float part = (outer_ - std::sqrt(row.squaredDistance(x))) * kPartsPerPixel;
-            const int wanted = part >= kBandParts ? kFull : kBand[static_cast<std::size_t>(part + 0.5F)];
+            if (part <= 0) continue;
+            const int wanted = part >= kBandParts ? kFull : kBand[static_cast<std::size_t>(part)];
             if (wanted > covered_[x]) raise(x, wanted);
         }
     }
@@ -88,7 +90,7 @@ private:
         for (int x = span.left; x <= span.right; ++x) {
             std::memcpy(pixels_ + static_cast<std::ptrdiff_t>(x) * channels, ink_, channels);
         }
-        std::memset(covered_ + span.left, kFull, static_cast<std::size_t>(span.right - span.left + 1));
+        std::memset(covered_ + span.left, kFull, static_cast<std::size_t>(span.right - span.left) + 1);
     }
 
     std::uint8_t* pixels_;

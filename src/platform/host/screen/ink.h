@@ -16,7 +16,7 @@ public:
     explicit Ink(Size size);
 
     /// Draws a piece of a stroke and returns the rectangle it may have changed. Another colour is another ink.
-    /// Draws nothing when the width is not positive or a coefficient is not finite.
+    /// Draws nothing when the width is not positive or the curve is nowhere near a screen.
     Rect draw(Framebuffer& buffer, const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y,
               int resolution, Rgb colour, int width);
 

@@ -37,16 +37,4 @@ void fillArea(Framebuffer& buffer, Rect area, Rgb colour) {
     for (int y = inside.y + 1; y < inside.bottom(); ++y) std::memcpy(buffer.at(inside.x, y), first, bytes);
 }
 
-void tintArea(Framebuffer& buffer, Point topLeft, const Coverage& coverage, Rect area, Rgb colour) {
-    const Paint paint(colour, buffer.format());
-    for (int y = area.y; y < area.bottom(); ++y) {
-        const std::uint8_t* amounts = coverage.rows + (static_cast<std::ptrdiff_t>(y) - topLeft.y) * coverage.stride +
-                                      (static_cast<std::ptrdiff_t>(area.x) - topLeft.x);
-        std::uint8_t* pixel = buffer.at(area.x, y);
-        for (int x = 0; x < area.w; ++x, pixel += buffer.bytesPerPixel()) {
-            if (amounts[x] != 0) paint.blend(pixel, amounts[x]);
-        }
-    }
-}
-
 }  // namespace host

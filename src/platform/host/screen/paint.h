@@ -7,13 +7,6 @@
 
 namespace host {
 
-/// Antialiased shape of one colour: `size.w` × `size.h` bytes of coverage, rows `stride` bytes apart.
-struct Coverage {
-    const std::uint8_t* rows;
-    int stride;
-    Size size;
-};
-
 /// A colour as the pixel of one format, ready to be laid down.
 class Paint {
 public:
@@ -32,8 +25,5 @@ private:
 
 /// Fills the part of `area` that lies inside the buffer.
 void fillArea(Framebuffer& buffer, Rect area, Rgb colour);
-
-/// Lays the colour over `area`, which lies inside the buffer and under the coverage.
-void tintArea(Framebuffer& buffer, Point topLeft, const Coverage& coverage, Rect area, Rgb colour);
 
 }  // namespace host

@@ -35,7 +35,7 @@ int RoundCorner::coverage(int column, int row) const {
     const double x = outer_ - std::max(column, row) - 1;
     const double y = outer_ - std::min(column, row) - 1;
     const double area = areaInDisc(x, y, outer_) - (inner_ > 0 ? areaInDisc(x, y, inner_) : 0);
-    return static_cast<int>(area * 255 + 0.5);
+    return static_cast<int>(std::lround(area * 255));
 }
 
 }  // namespace host

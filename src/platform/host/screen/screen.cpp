@@ -8,6 +8,7 @@
 
 #include "platform/host/screen/blit.h"
 #include "platform/host/screen/frame_painter.h"
+#include "platform/host/screen/paint.h"
 
 namespace host {
 

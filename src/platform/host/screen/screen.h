@@ -6,7 +6,7 @@
 #include "platform/host/screen/frame_painter.h"
 #include "platform/host/screen/framebuffer.h"
 #include "platform/host/screen/ink.h"
-#include "platform/host/screen/paint.h"
+#include "platform/host/screen/tint.h"
 #include "platform/splines.h"
 
 namespace host {

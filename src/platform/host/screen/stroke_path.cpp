@@ -15,6 +15,8 @@ constexpr double kMostBow = 0.1;     // pixels that a step may rise over its cho
 constexpr double kMostTurn = 0.2;    // radians that a step may turn, about: more is no parabola
 constexpr double kFlatness = 0.005;  // pixels between the curve and its steps: little more than one of 255 levels
 
+constexpr double kFarthest = 1e9;  // pixels; no pen comes from farther away
+
 /// Pixels side by side, in one register.
 using Block [[gnu::vector_size(StrokeStep::kBlock * sizeof(float))]] = float;
 constexpr Block kZero{};
@@ -36,7 +38,8 @@ double stepsFor(const CubicSpline& x, const CubicSpline& y) {
     return std::ceil(std::max({forBow, forTurn, stray > 1 ? std::cbrt(stray) : 1}));
 }
 
-bool finite(const CubicSpline& piece) { return std::isfinite(piece.a) && std::isfinite(value(piece, piece.length)); }
+/// False too for what is not a number. Nothing nearer overflows in what is computed from it.
+bool withinReach(PointD p) { return std::abs(p.x) <= kFarthest && std::abs(p.y) <= kFarthest; }
 
 }  // namespace
 
@@ -103,19 +106,23 @@ void StrokeStep::approach(float* squared, int x, int y) const {
 
 StrokePath::StrokePath(const CubicSpline& x, const CubicSpline& y, int resolution)
     : topLeft_{x.a, y.a}, bottomRight_{x.a, y.a} {
-    if (!finite(x) || !finite(y)) return;
     const double most = std::clamp<double>(resolution, 1, kMostSteps);
-    count_ = static_cast<std::size_t>(std::clamp(stepsFor(x, y), 1.0, most));
-    const double half = x.length / static_cast<double>(2 * count_);
+    const double wanted = stepsFor(x, y);
+    const auto count = static_cast<std::size_t>(wanted < most ? std::max(wanted, 1.0) : most);
+    const double half = x.length / static_cast<double>(2 * count);
     PointD from{x.a, y.a};
-    for (std::size_t i = 0; i < count_; ++i) {
-        const double middle = half * static_cast<double>(2 * i + 1);
-        const PointD to{value(x, middle + half), value(y, middle + half)};
-        steps_[i] = StrokeStep(from, {value(x, middle), value(y, middle)}, to);
+    if (!withinReach(from)) return;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double t = half * static_cast<double>(2 * i + 1);
+        const PointD middle{value(x, t), value(y, t)};
+        const PointD to{value(x, t + half), value(y, t + half)};
+        if (!withinReach(middle) || !withinReach(to)) return;
+        steps_[i] = StrokeStep(from, middle, to);
         include(from, steps_[i].bow());
         include(to, steps_[i].bow());
         from = to;
     }
+    count_ = count;
 }
 
 void StrokePath::include(PointD point, double margin) {

@@ -57,7 +57,7 @@ public:
     /// `resolution` is the largest number of steps.
     StrokePath(const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y, int resolution);
 
-    /// Empty when a coefficient is not finite.
+    /// Empty when the curve leaves the range of a thousand million pixels or is no number.
     [[nodiscard]] std::span<const StrokeStep> steps() const { return {steps_.data(), count_}; }
 
     /// A box around the path, without the stroke's width.

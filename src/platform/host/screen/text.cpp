@@ -7,6 +7,7 @@
 
 #include "platform/host/screen/font_catalog.h"
 #include "platform/host/screen/font_sample.h"
+#include "platform/host/screen/glyph_cache.h"
 #include "platform/host/screen/text_repair.h"
 
 namespace host {
@@ -25,9 +26,6 @@ using Owned = std::unique_ptr<T, Release>;
 constexpr double kLargestPixels = 1000;
 /// No box is wider than this for the layout, and no place further away, so that both fit Pango's units.
 constexpr int kFarthest = 1 << 20;
-/// Hinting may move the edge of a glyph beyond the ink that its outline promises.
-constexpr int kHintingMargin = 2;
-
 /// Vertical hinting only: stems stay crisp, and advances do not depend on the rasteriser.
 void preferLightHinting(FcPattern* pattern, gpointer) {
     FcPatternDel(pattern, FC_HINT_STYLE);
@@ -43,31 +41,29 @@ PangoAlignment alignment(Align align) {
     return align == Align::Start ? PANGO_ALIGN_LEFT : PANGO_ALIGN_RIGHT;
 }
 
-/// From one pixel to a place `units` beyond another; the place is visible, so the sum is small.
-int unitsBetween(int from, int origin, int units) {
-    return static_cast<int>((std::int64_t{origin} - from) * PANGO_SCALE + units);
-}
-
-/// The whole pixels that a rectangle in Pango units touches, seen from `origin` and widened by the margin.
-Rect pixelsAround(PangoRectangle rect, Point origin) {
-    pango_extents_to_pixels(&rect, nullptr);
-    return Rect{origin.x + rect.x, origin.y + rect.y, rect.width, rect.height}.inset(-kHintingMargin);
-}
-
 }  // namespace
 
 struct Text::Engine {
+    /// What a laid-out text is drawn onto, and where.
+    struct Canvas {
+        Screen& screen;
+        Point origin;
+        Rect clip;
+        Rgb colour;
+    };
+
     explicit Engine(const Device& forDevice);
 
     [[nodiscard]] Owned<PangoLayout> layout(std::string_view utf8, const font_s& font, const TextStyle& style) const;
     void drawLines(Screen& screen, PangoLayout* layout, Point origin, Rect visible, Rgb colour);
-    void drawLine(Screen& screen, PangoLayoutLine* line, Point start, Rect inked, Rgb colour);
+    void drawLine(const Canvas& on, const PangoLayoutLine* line, Point pen);
+    void drawGlyph(const Canvas& on, PangoFont* font, PangoGlyph glyph, Point place);
 
     const Device& device;
     FontCatalog catalog;
     Owned<PangoFontMap> fonts;
     Owned<PangoContext> context;
-    std::vector<std::uint8_t> mask;
+    GlyphCache glyphs;
 };
 
 Text::Engine::Engine(const Device& forDevice) : device(forDevice), fonts(pango_ft2_font_map_new()), context(nullptr) {
@@ -104,31 +100,34 @@ Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& fon
 void Text::Engine::drawLines(Screen& screen, PangoLayout* layout, Point origin, Rect visible, Rgb colour) {
     const Owned<PangoLayoutIter> lines(pango_layout_get_iter(layout));
     do {
-        PangoRectangle ink;
-        PangoRectangle logical;
-        pango_layout_iter_get_line_extents(lines.get(), &ink, &logical);
-        if (origin.y + PANGO_PIXELS(logical.y) >= visible.bottom()) return;
-        const Rect inked = pixelsAround(ink, origin).intersected(visible);
-        if (inked.empty()) continue;
-        const Point start{unitsBetween(inked.x, origin.x, logical.x),
-                          unitsBetween(inked.y, origin.y, pango_layout_iter_get_baseline(lines.get()))};
-        drawLine(screen, pango_layout_iter_get_line_readonly(lines.get()), start, inked, colour);
+        PangoRectangle box;
+        pango_layout_iter_get_line_extents(lines.get(), nullptr, &box);
+        if (origin.y + PANGO_PIXELS(box.y) >= visible.bottom()) return;
+        // Accents and tails may leave their line's box, but not by a whole line.
+        if (origin.y + PANGO_PIXELS(box.y) + 2 * PANGO_PIXELS(box.height) <= visible.y) continue;
+        const Point pen{box.x, pango_layout_iter_get_baseline(lines.get())};
+        drawLine({screen, origin, visible, colour}, pango_layout_iter_get_line_readonly(lines.get()), pen);
     } while (pango_layout_iter_next_line(lines.get()));
 }
 
-/// Draws one line through a mask of its visible ink; `start` of its baseline is in Pango units from the top left of
-/// `inked`.
-void Text::Engine::drawLine(Screen& screen, PangoLayoutLine* line, Point start, Rect inked, Rgb colour) {
-    mask.assign(static_cast<std::size_t>(inked.w) * static_cast<std::size_t>(inked.h), 0);
-    FT_Bitmap bitmap{};
-    bitmap.width = static_cast<unsigned>(inked.w);
-    bitmap.rows = static_cast<unsigned>(inked.h);
-    bitmap.pitch = inked.w;
-    bitmap.buffer = mask.data();
-    bitmap.num_grays = 256;
-    bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
-    pango_ft2_render_layout_line_subpixel(&bitmap, line, start.x, start.y);
-    screen.tint({inked.x, inked.y}, {mask.data(), inked.w, inked.size()}, inked, colour);
+/// Draws one line; `pen` is where its baseline begins, in Pango units from the origin.
+void Text::Engine::drawLine(const Canvas& on, const PangoLayoutLine* line, Point pen) {
+    for (const GSList* runs = line->runs; runs != nullptr; runs = runs->next) {
+        const auto* run = static_cast<const PangoGlyphItem*>(runs->data);
+        for (int i = 0; i < run->glyphs->num_glyphs; ++i) {
+            const PangoGlyphInfo& info = run->glyphs->glyphs[i];
+            const Point place{pen.x + info.geometry.x_offset, pen.y - run->y_offset + info.geometry.y_offset};
+            if (info.glyph != PANGO_GLYPH_EMPTY) drawGlyph(on, run->item->analysis.font, info.glyph, place);
+            pen.x += info.geometry.width;
+        }
+    }
+}
+
+void Text::Engine::drawGlyph(const Canvas& on, PangoFont* font, PangoGlyph glyph, Point place) {
+    const GlyphMask& mask = glyphs.mask(font, glyph);
+    const Point topLeft{on.origin.x + PANGO_PIXELS(place.x) + mask.offset.x,
+                        on.origin.y + PANGO_PIXELS(place.y) + mask.offset.y};
+    on.screen.tint(topLeft, mask.coverage(), on.clip, on.colour);
 }
 
 Text::Text(const Device& device) : device_(device) {}

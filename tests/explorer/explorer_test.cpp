@@ -1,0 +1,240 @@
+// A person finds, opens and makes pictures.
+#include "platform/host/explorer/explorer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "files/scratch.h"
+#include "platform/host/files/picture_file.h"
+#include "support/test_desk.h"
+
+namespace {
+
+using host::Explorer;
+using host::Point;
+using host::Tile;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+namespace fs = std::filesystem;
+
+constexpr int kUp = 29;
+constexpr int kDown = 30;
+constexpr int kMove = 31;
+constexpr int kReport = 35;
+
+Point centre(const Tile& tile) { return {tile.area.x + tile.area.w / 2, tile.area.y + tile.area.h / 2}; }
+
+class ExplorerTest : public testing::Test {
+protected:
+    void start(const host::Device& device = defaultPanel()) {
+        desk_ = std::make_unique<TestDesk>(device);
+        explorer_ =
+            std::make_unique<Explorer>(desk_->desk, storage_,
+                                       host::ExplorerActions{[this] { done_.emplace_back("create"); },
+                                                             [this](const auto& path) { done_.push_back(path); },
+                                                             [this] { done_.emplace_back("leave"); }});
+        explorer_->show();
+    }
+
+    /// A small picture of that age; `contents` stands in for one that is damaged.
+    void addPicture(const std::string& name, int age, const std::string& contents = {}) {
+        const fs::path file = folder_ / ("My pictures/" + name);
+        std::string error;
+        if (contents.empty()) {
+            ASSERT_TRUE(host::savePicture(file, *scratch::noise(8, 6, 24), error, host::Sync::No)) << error;
+        } else {
+            scratch::write(file, {contents.begin(), contents.end()});
+        }
+        fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::minutes(age));
+    }
+
+    void tap(const Tile& tile) {
+        explorer_->handle(kDown, centre(tile).x, centre(tile).y);
+        explorer_->handle(kUp, centre(tile).x, centre(tile).y);
+    }
+
+    std::vector<Tile> tiles(Tile::Kind kind) {
+        std::vector<Tile> found = explorer_->tiles();
+        std::erase_if(found, [kind](const Tile& tile) { return tile.kind != kind; });
+        return found;
+    }
+    bool has(Tile::Kind kind) { return !tiles(kind).empty(); }
+    Tile only(Tile::Kind kind) { return tiles(kind).at(0); }
+
+    std::vector<std::string> names() {
+        std::vector<std::string> all;
+        for (const Tile& tile : tiles(Tile::Kind::Picture)) all.push_back(fs::path(tile.devicePath).filename());
+        return all;
+    }
+
+    scratch::Folder folder_;
+    host::Storage storage_{folder_.path()};
+    std::unique_ptr<TestDesk> desk_;
+    std::unique_ptr<Explorer> explorer_;
+    std::vector<std::string> done_;
+};
+
+TEST_F(ExplorerTest, TapsCreateOpenAndLeave) {
+    addPicture("old.bmp", 9);
+    addPicture("new.png", 1);
+    start();
+    EXPECT_THAT(names(), ElementsAre("new.png", "old.bmp"));
+    tap(only(Tile::Kind::NewPicture));
+    tap(tiles(Tile::Kind::Picture)[1]);
+    tap(only(Tile::Kind::Exit));
+    EXPECT_THAT(done_, ElementsAre("create", "/mnt/ext1/My pictures/old.bmp", "leave"));
+    EXPECT_FALSE(has(Tile::Kind::NextPage));
+    EXPECT_FALSE(has(Tile::Kind::PreviousPage));
+}
+
+TEST_F(ExplorerTest, PagesHoldTwelveTilesAndNeitherLoseNorRepeatAPicture) {
+    for (int i = 0; i < 24; ++i) addPicture(std::to_string(i) + ".bmp", i);
+    start();
+    std::vector<std::string> seen = names();
+    EXPECT_EQ(seen.size(), 11U);
+    tap(only(Tile::Kind::NextPage));
+    EXPECT_FALSE(has(Tile::Kind::NewPicture));
+    EXPECT_EQ(names().size(), 12U);
+    for (const std::string& name : names()) seen.push_back(name);
+    tap(only(Tile::Kind::NextPage));
+    for (const std::string& name : names()) seen.push_back(name);
+    EXPECT_FALSE(has(Tile::Kind::NextPage));
+    ASSERT_EQ(seen.size(), 24U);
+    for (int i = 0; i < 24; ++i) EXPECT_EQ(seen[static_cast<std::size_t>(i)], std::to_string(i) + ".bmp");
+
+    // The last page loses its only picture while it is shown.
+    fs::remove(folder_ / "My pictures/23.bmp");
+    explorer_->show();
+    EXPECT_EQ(names().size(), 12U);
+    EXPECT_FALSE(has(Tile::Kind::NextPage));
+    tap(only(Tile::Kind::PreviousPage));
+    EXPECT_TRUE(has(Tile::Kind::NewPicture));
+    EXPECT_THAT(done_, IsEmpty());
+}
+
+TEST_F(ExplorerTest, EverythingFitsOnEveryPanel) {
+    for (int i = 0; i < 60; ++i) addPicture(std::to_string(i) + ".bmp", i);
+    for (const host::Device& device :
+         {defaultPanel(), smallGreyPanel(), host::Device{.width = 1872, .height = 1404, .dpi = 227},
+          host::Device{.width = 2480, .height = 3508, .dpi = 300, .scale = 1.5},
+          host::Device{.width = 320, .height = 240, .dpi = 300}}) {
+        start(device);
+        if (has(Tile::Kind::NextPage)) tap(only(Tile::Kind::NextPage));
+        const std::vector<Tile> all = explorer_->tiles();
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            EXPECT_EQ(all[i].area.intersected(device.bounds()), all[i].area) << device.width << " " << i;
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_TRUE(all[i].area.intersected(all[j].area).empty()) << i << " " << j;
+        }
+    }
+}
+
+TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {
+    addPicture("a.bmp", 1);
+    start();
+    const Point create = centre(only(Tile::Kind::NewPicture));
+    const Point picture = centre(only(Tile::Kind::Picture));
+    const auto events = [&](std::initializer_list<std::pair<int, Point>> list) {
+        for (const auto& [type, at] : list) EXPECT_EQ(explorer_->handle(type, at.x, at.y), 1);
+    };
+    events({{kUp, create}});
+    events({{kDown, {0, 0}}, {kUp, picture}});
+    events({{kDown, picture}, {kUp, create}});
+    events({{kDown, picture}, {kMove, create}, {kReport, picture}, {kUp, picture}});
+    events({{kDown, picture}, {23, {}}, {kUp, picture}});
+    EXPECT_THAT(done_, IsEmpty());
+    events({{kDown, picture}, {kMove, {picture.x + 9, picture.y}}, {kUp, {picture.x + 9, picture.y}}});
+    EXPECT_EQ(done_.size(), 1U);
+    EXPECT_EQ(explorer_->handle(99, 0, 0), 0);
+}
+
+TEST_F(ExplorerTest, APressShowsAtOnceAndRefreshesItsTileAlone) {
+    addPicture("a.bmp", 1);
+    start();
+    const host::Framebuffer before = desk_->screen.pixels();
+    const Tile tile = only(Tile::Kind::Picture);
+    desk_->display.areas.clear();
+    explorer_->handle(kDown, centre(tile).x, centre(tile).y);
+    EXPECT_FALSE(desk_->screen.pixels() == before);
+    explorer_->handle(kMove, 0, 0);
+    EXPECT_TRUE(desk_->screen.pixels() == before);
+    EXPECT_TRUE(desk_->panel.shown() == before) << "the thumbnail has kept its colours";
+    ASSERT_FALSE(desk_->display.areas.empty());
+    for (const host::Rect& area : desk_->display.areas) EXPECT_EQ(area.intersected(tile.area), area);
+}
+
+TEST_F(ExplorerTest, ADamagedPictureIsShownAsSuchAndNeverOpened) {
+    addPicture("good.bmp", 2);
+    addPicture("damaged.bmp", 1, "BM and nothing more");
+    testing::internal::CaptureStderr();
+    start();
+    explorer_->show();
+    const std::string errors = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+    EXPECT_THAT(errors, HasSubstr("damaged.bmp: "));
+    EXPECT_THAT(names(), ElementsAre("damaged.bmp", "good.bmp"));
+    const host::Framebuffer before = desk_->screen.pixels();
+    tap(tiles(Tile::Kind::Picture)[0]);
+    EXPECT_THAT(done_, IsEmpty());
+    EXPECT_FALSE(desk_->screen.pixels() == before) << "a notice tells why";
+    EXPECT_TRUE(desk_->panel.shown() == desk_->screen.pixels());
+    tap(tiles(Tile::Kind::Picture)[1]);
+    EXPECT_EQ(done_.size(), 1U);
+}
+
+TEST_F(ExplorerTest, AMissingStorageIsSaidOnTheScreen) {
+    scratch::write(folder_ / "file", {1});
+    const host::Storage none(folder_ / "file");
+    TestDesk with;
+    TestDesk without;
+    Explorer(with.desk, storage_, {}).show();
+    Explorer explorer(without.desk, none, {});
+    explorer.show();
+    EXPECT_FALSE(with.screen.pixels() == without.screen.pixels());
+    EXPECT_EQ(explorer.tiles().size(), 2U);
+}
+
+/// Bytes that this process has read by system calls.
+long long bytesRead() {
+    std::ifstream counters("/proc/self/io");
+    std::string name;
+    long long value = 0;
+    while (counters >> name >> value && name != "rchar:") {
+    }
+    return value;
+}
+
+TEST_F(ExplorerTest, OnlyThePageIsReadAndOnlyOnce) {
+    const auto size = [this] { return static_cast<long long>(fs::file_size(folder_ / "My pictures/0.bmp")); };
+    for (int i = 0; i < 1000; ++i) addPicture(std::to_string(i) + ".bmp", i);
+    const host::BitmapPtr large = scratch::noise(300, 200, 24);
+    std::string error;
+    for (int i = 0; i < 40; ++i) {
+        const std::string file = folder_ / ("My pictures/" + std::to_string(i) + ".bmp");
+        const auto changed = fs::last_write_time(file);
+        ASSERT_TRUE(host::savePicture(file, *large, error, host::Sync::No));
+        fs::last_write_time(file, changed);
+    }
+    start();
+    const long long before = bytesRead();
+    desk_ = nullptr;
+    start();
+    const long long page = bytesRead() - before;
+    EXPECT_GE(page, 11 * size());
+    EXPECT_LT(page, 14 * size()) << "eleven pictures, and fonts and icons";
+    const long long again = bytesRead();
+    explorer_->show();
+    EXPECT_LT(bytesRead() - again, size()) << "nothing has changed";
+    ASSERT_TRUE(host::savePicture(folder_ / "My pictures/5.bmp", *scratch::noise(300, 200, 24, 2), error));
+    const long long changed = bytesRead();
+    const host::Framebuffer shown = desk_->screen.pixels();
+    explorer_->show();
+    EXPECT_GE(bytesRead() - changed, size());
+    EXPECT_LT(bytesRead() - changed, 2 * size());
+    EXPECT_EQ(names()[0], "5.bmp");
+}
+
+}  // namespace
