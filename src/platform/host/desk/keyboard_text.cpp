@@ -88,6 +88,8 @@ void KeyboardText::moveToLineStart() { moveTo(lineStart()); }
 void KeyboardText::moveToLineEnd() { moveTo(lineEnd()); }
 
 void KeyboardText::moveTo(std::size_t offset) {
+    cursor_ = text_.size();
+    if (offset >= text_.size()) return;  // typing on at the end is what happens most, and needs no search
     const auto offsets = boundaries(text_);
     cursor_ = *std::prev(std::upper_bound(offsets.begin(), offsets.end(), offset));
 }
