@@ -189,7 +189,7 @@ struct RealTime {
     Panel panel{screen.pixels(), *display, clock};
     Modals modals{screen, panel, *display};
     Trace trace;
-    Loop loop{{300, 200}, clock, *display, panel, modals, trace};
+    Loop loop{{300, 200}, {10, 10}, clock, *display, panel, modals, trace};
 };
 
 TEST(RealTimeLoop, FiresWhatIsDueWithoutAnyInput) {
@@ -222,6 +222,31 @@ TEST_P(EndingSignal, IsNotLostBeforeTheRun) {
 
 INSTANTIATE_TEST_SUITE_P(All, EndingSignal, testing::Values(SIGTERM, SIGINT, SIGHUP));
 
+// Who closes the window in the middle of a picture must not lose it.
+TEST(Closing, LeadsTheApplicationBackBeforeTheEnd) {
+    World world;
+    int taps = 0;
+    world.on[29] = [&taps] {
+        // The first tap only closes a popup.
+        if (++taps == 2) World::current->loop.setHandler(World::home);
+    };
+    world.start();
+    world.openModal({20, 20, 40, 40});
+    world.loop.input({.kind = Input::Kind::Close});
+    EXPECT_EQ(world.loop.run(nullptr), 0);
+    EXPECT_EQ(taps, 2);
+    EXPECT_EQ(world.modals.top(), nullptr);
+    EXPECT_TRUE(world.loop.atHome());
+}
+
+TEST(Closing, GivesUpOnAnApplicationThatStays) {
+    World world;
+    world.start();
+    world.loop.input({.kind = Input::Kind::Close});
+    EXPECT_EQ(world.loop.run(nullptr), 0);
+    EXPECT_FALSE(world.loop.atHome());
+}
+
 TEST(EndingSignals, ABrokenPipeIsNoReasonToEnd) {
     const RealTime real;
     EXPECT_EQ(raise(SIGPIPE), 0);
@@ -237,7 +262,7 @@ TEST(RealTimeLoop, AFloodOfInputHoldsUpNoTimer) {
     } flood;
     RealTime real;
     static Loop* running = nullptr;
-    Loop loop({300, 200}, real.clock, flood, real.panel, real.modals, real.trace);
+    Loop loop({300, 200}, {10, 10}, real.clock, flood, real.panel, real.modals, real.trace);
     running = &loop;
     loop.timers().set(
         "stop", [] { running->stop(0); }, real.clock.now() + Milliseconds{5});

@@ -132,7 +132,7 @@ public:
     Panel panel{screen.pixels(), display, clock};
     Modals modals{screen, panel, display};
     Trace trace;
-    Loop loop{{300, 200}, clock, display, panel, modals, trace};
+    Loop loop{{300, 200}, {10, 10}, clock, display, panel, modals, trace};
 
 private:
     static std::string tracePath() {

@@ -41,6 +41,11 @@ std::unique_ptr<Display> openDisplay(const Options& options) {
     return openBrowserDisplay(options);
 }
 
+Point wayBack(const Device& device) {
+    constexpr int kFromTheCorner = 52;  // design units: in the middle of a button
+    return {device.designToPixel(kFromTheCorner), device.designToPixel(kFromTheCorner)};
+}
+
 Clock clockFor(const Options& options) {
     return options.display == DisplayKind::Headless ? Clock(options.clock) : Clock();
 }
@@ -58,7 +63,7 @@ Toolkit::Toolkit(Options chosen)
       display(openDisplay(options)),
       panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
       modals(screen, panel, *display),
-      loop(options.device.bounds().size(), clock, *display, panel, modals, trace),
+      loop(options.device.bounds().size(), wayBack(options.device), clock, *display, panel, modals, trace),
       desk{options.device, screen, panel, text, theme, languages} {}
 
 void makeToolkit(Options options) {

@@ -36,8 +36,9 @@ private:
 
 }  // namespace
 
-Loop::Loop(Size screen, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace)
+Loop::Loop(Size screen, Point wayBack, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace)
     : screen_(screen),
+      wayBack_(wayBack),
       clock_(clock),
       display_(display),
       panel_(panel),
@@ -100,6 +101,7 @@ void Loop::input(const Input& input) {
             command([&](Modal& modal) { return modal.text(input.text), true; });
             return;
         case Input::Kind::Close:
+            closed_ = true;
             stop(0);
             return;
     }
@@ -126,7 +128,20 @@ int Loop::run(Player* player) {
         fireTimers(now);
         if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
     }
+    if (closed_ || interrupted_) leadHome();
     return status_;
+}
+
+// A modal is cancelled, a press in progress is dropped, and an open popup takes the first tap; a program that is still
+// there after a few has no way back.
+void Loop::leadHome() {
+    constexpr int kMostTaps = 4;
+    for (int taps = 0; taps < kMostTaps && !atHome() && handler_ != nullptr; ++taps) {
+        while (command([](Modal& modal) { return modal.cancel(), true; })) {
+        }
+        event(kPointerDown, wayBack_.x, wayBack_.y);
+        event(kPointerUp, wayBack_.x, wayBack_.y);
+    }
 }
 
 void Loop::stop(int status) {
@@ -195,9 +210,13 @@ std::optional<Instant> Loop::nextInstant(const Player* player) const {
 
 void Loop::passTime(const Player* player) {
     std::optional<Instant> until = nextInstant(player);
-    if (until && clock_.isVirtual()) {
-        clock_.advanceTo(*until);
-        return;
+    if (clock_.isVirtual()) {
+        // Without a script nothing moves a virtual clock: the program waits to be ended.
+        if (player == nullptr) until.reset();
+        if (until) {
+            clock_.advanceTo(*until);
+            return;
+        }
     }
     std::optional<Milliseconds> patience;
     if (until) patience = std::max(*until - clock_.now(), Milliseconds{0});

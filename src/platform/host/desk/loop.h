@@ -31,7 +31,8 @@ public:
 /// before run. Owned by the Toolkit.
 class Loop {
 public:
-    Loop(Size screen, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace);
+    /// `wayBack` lies on the device's place for "back", the top left corner: every program has its way out there.
+    Loop(Size screen, Point wayBack, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace);
 
     // What the application asks for.
 
@@ -61,7 +62,8 @@ public:
     /// the last 35 of its press, else 31). A move or an up without a down, and a second down, are dropped.
     void input(const Input& input);
 
-    /// Runs until stop; `player` may be null.
+    /// Runs until stop; `player` may be null. When a person closes the display or a signal ends the program while the
+    /// application has the screen, it is first led back to the explorer, so that its picture is saved.
     int run(Player* player);
     /// Ends run, which returns `status`; of several calls the first counts.
     void stop(int status);
@@ -73,10 +75,12 @@ private:
     void fireTimers(Instant now);
     void fire(const DueTimer& timer);
     void settle();
+    void leadHome();
     [[nodiscard]] std::optional<Instant> nextInstant(const Player* player) const;
     void passTime(const Player* player);
 
     Size screen_;
+    Point wayBack_;
     Clock& clock_;
     Display& display_;
     Panel& panel_;
@@ -91,6 +95,7 @@ private:
     bool pressed_ = false;
     Instant lastReport_{};
     bool stopped_ = false;
+    bool closed_ = false;
     int status_ = 0;
     std::atomic<bool> interrupted_ = false;
     EndSignals signals_;  ///< last, so that nothing it touches goes before it
