@@ -67,7 +67,7 @@ TEST_F(Stroke, RefreshesAlignedBlocksAndEndsAtTheCanvasEdge) {
 TEST_F(Stroke, ShowsAllItsInkBeforeThePenIsLifted) {
     app.down(300, 400);
     for (int i = 1; i < 40; ++i) app.move(300 + 5 * i, 400 + static_cast<int>(std::lround(60 * std::sin(i / 5.0))));
-    app.up(500, 400);
+    app.up(500, 459);
     const host::Framebuffer& shown = App::kit().panel.shown();
     for (int y = 300; y < 500; ++y) {
         for (int x = 280; x < 520; ++x) {
