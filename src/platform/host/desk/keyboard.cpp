@@ -27,8 +27,7 @@ Keyboard::Keyboard(const Desk& desk, const KeyboardRequest& request)
       text_(contentOf(request.buffer), static_cast<std::size_t>(std::max(request.maxBytes, 0))),
       field_(desk, geometry_.field),
       keys_(desk, geometry_) {
-    // Nothing of it is on the screen yet, so what changed does not matter.
-    static_cast<void>(field_.show(text_.text(), text_.cursor(), keys_.startsRight()));
+    field_.set(text_.text(), text_.cursor(), keys_.startsRight());
 }
 
 void Keyboard::paint() {

@@ -31,6 +31,12 @@ void KeyboardField::paint() {
 }
 
 Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool emptyAtRight) {
+    const Rect part = set(text, cursor, emptyAtRight);
+    if (!part.empty()) paintPart(part);
+    return part;
+}
+
+Rect KeyboardField::set(const std::string& text, std::size_t cursor, bool emptyAtRight) {
     const Rect oldBar = cursorBar();
     if (text != text_) block_ = desk_.text.layOut(text, font_, inside_.w);
     text_ = text;
@@ -47,9 +53,7 @@ Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool empty
     }
     shown_ = lines;
     if (changed.empty()) return {};
-    const Rect part = Rect{clip_.x, changed.y, clip_.w, changed.h}.intersected(clip_);
-    paintPart(part);
-    return part;
+    return Rect{clip_.x, changed.y, clip_.w, changed.h}.intersected(clip_);
 }
 
 std::size_t KeyboardField::offsetAt(Point onScreen) const {

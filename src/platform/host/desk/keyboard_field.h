@@ -20,8 +20,10 @@ public:
     /// Paints the whole field.
     void paint();
 
-    /// Takes a new text or cursor place and paints what has changed; refreshes nothing. Returns the part of the field
-    /// that changed, empty when nothing did. `emptyAtRight`: an empty text's cursor stands at the right.
+    /// Takes a new text or cursor place and returns the part of the field that changes by it, empty when nothing does;
+    /// paints nothing. `emptyAtRight`: an empty text's cursor stands at the right.
+    Rect set(const std::string& text, std::size_t cursor, bool emptyAtRight);
+    /// The same, and paints that part; refreshes nothing.
     [[nodiscard]] Rect show(const std::string& text, std::size_t cursor, bool emptyAtRight);
 
     // Places in the text, as byte offsets.
