@@ -30,20 +30,6 @@ std::vector<fs::path> sessions() {
 
 std::string nameOf(const testing::TestParamInfo<fs::path>& info) { return info.param.stem().string(); }
 
-std::vector<std::string> linesOf(const fs::path& file) {
-    std::ifstream stream(file);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-}
-
-// A session may ask for its panel in its first line.
-std::string panelOf(const fs::path& session) {
-    const std::string mark = "# panel: ";
-    const std::string first = linesOf(session).at(0);
-    return first.starts_with(mark) ? first.substr(mark.size()) : "1404x1872@300,colour";
-}
-
 // A dashed frame is a thousand pixels; one line that counts and sums them up says as much.
 std::vector<std::string> condensed(const std::vector<std::string>& lines) {
     std::vector<std::string> result;

@@ -34,3 +34,17 @@ inline ProgramResult runProgram(const std::vector<std::string>& arguments) {
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(output), contentOf(errors)};
 }
+
+inline std::vector<std::string> linesOf(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+/// The panel that a session asks for in its first line.
+inline std::string panelOf(const std::filesystem::path& session) {
+    const std::string mark = "# panel: ";
+    const std::string first = linesOf(session).at(0);
+    return first.starts_with(mark) ? first.substr(mark.size()) : "1404x1872@300,colour";
+}
