@@ -13,17 +13,6 @@ namespace {
 
 constexpr Rect kBox{50, 50, 100, 80};
 
-TEST(Handlers, ANewOneIsRepaintedWhenTheCallThatInstalledItHasReturned) {
-    World world;
-    world.begin();
-    world.loop.enter({"create", [&] {
-                          world.trace.call("SetEventHandler");
-                          world.loop.setHandler(World::application);
-                          world.trace.call("ClearScreen");
-                      }});
-    EXPECT_EQ(world.traced(), "> create\nSetEventHandler\nClearScreen\n<\n> event 23 0 0\n< 7\n");
-}
-
 TEST(Handlers, TheExplorersReturnIsRepaintedWithoutATrace) {
     World world;
     world.start();

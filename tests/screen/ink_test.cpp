@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <limits>
-#include <string>
 
 #include "platform/host/screen/screen.h"
 #include "screen/pixels.h"
@@ -77,26 +76,11 @@ double coverageAt(double distance, int width) {
     return sum / kSamples;
 }
 
-struct Stroke {
-    std::string name;
-    std::vector<PointD> points;
-    int width;
-};
-
-std::vector<Stroke> strokes() {
-    std::vector<Stroke> all;
-    for (const int width : {2, 5, 10, 18}) {
-        for (const double apart : {2.0, 6.0, 12.0}) {
-            const std::string end = " width " + std::to_string(width) + " apart " + std::to_string(apart);
-            all.push_back({"circle 60" + end, arcOf(kMiddle, 60, 330, apart), width});
-            all.push_back({"circle 300" + end, arcOf(kMiddle, 300, 350, apart), width});
-            for (const double angle : {17.0, 26.565051177, 45.0, 71.0}) {
-                const PointD from{angle > 45 ? 350.5 : 50.2, 60.7};
-                all.push_back({"line " + std::to_string(angle) + end, lineOf(from, angle, 600, apart), width});
-            }
-        }
-    }
-    return all;
+/// Circles and slanted lines, by points that far apart.
+std::vector<std::vector<PointD>> strokes(double apart) {
+    return {arcOf(kMiddle, 60, 330, apart),       arcOf(kMiddle, 300, 350, apart),
+            lineOf({50.2, 60.7}, 17, 600, apart), lineOf({50, 60}, 26.565051177, 600, apart),
+            lineOf({50, 60}, 45, 600, apart),     lineOf({350.5, 40}, 71, 600, apart)};
 }
 
 /// Levels by which a pixel differs from the whole stroke drawn in one go.
@@ -104,35 +88,43 @@ double unlikeness(int darkness, double distance, int width) {
     return std::abs(darkness - (distance > width ? 0 : 255 * coverageAt(distance, width)));
 }
 
-TEST(Ink, PiecesMakeOneEvenStroke) {
+void expectOneEvenStroke(const std::vector<Piece>& pieces, int width) {
+    const Framebuffer pixels = inked(pieces, width);
+    const Trail trail(pieces);
+    const Map map(trail, width / 2.0 + 3);
+    const double expected = trail.length * width + std::numbers::pi * width * width / 4;
+    EXPECT_NEAR(totalDarkness(pixels), expected, 0.01 * expected);
+
     // Along the stroke; each pixel counts for the two windows that it lies between.
     constexpr double kWindow = 24;
-    for (const Stroke& stroke : strokes()) {
-        SCOPED_TRACE(stroke.name);
-        const std::vector<Piece> pieces = drawnPieces(stroke.points);
-        const Framebuffer pixels = inked(pieces, stroke.width);
-        const Trail trail(pieces);
-        const Map map(trail, stroke.width / 2.0 + 3);
-        const double expected = trail.length * stroke.width + std::numbers::pi * stroke.width * stroke.width / 4;
-        EXPECT_NEAR(totalDarkness(pixels), expected, 0.01 * expected);
+    std::vector<double> windows(static_cast<std::size_t>(trail.length / kWindow) + 3);
+    int stray = 0;
+    int unlike = 0;
+    for (std::size_t i = 0; i < map.distance.size(); ++i) {
+        const int darkness = 255 - pixels.at(0, 0)[i];
+        unlike += unlikeness(darkness, map.distance[i], width) > 2.5 ? 1 : 0;
+        stray += darkness != 0 && map.distance[i] > width / 2.0 + 1 ? 1 : 0;
+        const double place = map.along[i] / kWindow;
+        const auto window = static_cast<std::size_t>(place);
+        windows[window] += darkness * (1 - (place - std::floor(place)));
+        windows[window + 1] += darkness * (place - std::floor(place));
+    }
+    EXPECT_EQ(stray, 0);
+    EXPECT_EQ(unlike, 0);
+    // The first window and the last four have an end within reach or lie beyond it.
+    const auto [least, most] = std::minmax_element(windows.begin() + 1, windows.end() - 4);
+    EXPECT_LT(*most / *least, 1.03);
+}
 
-        std::vector<double> windows(static_cast<std::size_t>(trail.length / kWindow) + 3);
-        int stray = 0;
-        int unlike = 0;
-        for (std::size_t i = 0; i < map.distance.size(); ++i) {
-            const int darkness = 255 - pixels.at(0, 0)[i];
-            unlike += unlikeness(darkness, map.distance[i], stroke.width) > 2.5 ? 1 : 0;
-            stray += darkness != 0 && map.distance[i] > stroke.width / 2.0 + 1 ? 1 : 0;
-            const double place = map.along[i] / kWindow;
-            const auto window = static_cast<std::size_t>(place);
-            windows[window] += darkness * (1 - (place - std::floor(place)));
-            windows[window + 1] += darkness * (place - std::floor(place));
+class InkApart : public testing::TestWithParam<double> {};
+INSTANTIATE_TEST_SUITE_P(Pixels, InkApart, testing::Values(2.0, 6.0, 12.0));
+
+TEST_P(InkApart, PiecesMakeOneEvenStroke) {
+    for (const std::vector<PointD>& points : strokes(GetParam())) {
+        for (const int width : {2, 5, 10, 18}) {
+            SCOPED_TRACE(testing::Message() << "width " << width << " to " << points.back().x);
+            expectOneEvenStroke(drawnPieces(points), width);
         }
-        EXPECT_EQ(stray, 0);
-        EXPECT_EQ(unlike, 0);
-        // The first window and the last four have an end within reach or lie beyond it.
-        const auto [least, most] = std::minmax_element(windows.begin() + 1, windows.end() - 4);
-        EXPECT_LT(*most / *least, 1.03);
     }
 }
 
