@@ -24,7 +24,7 @@ file(GLOB_RECURSE host "${ROOT}/platform/host/*.h" "${ROOT}/platform/host/*.cpp"
 
 check_includes(application "^(colour|platform)/[a-z_]+\\.h$" "^[a-z_]+$")
 check_includes(border "^platform/[a-z_]+\\.h$" "^[a-z_]+$")
-check_includes(host "^platform/[a-z_/]+\\.h$" ".")
+check_includes(host "^platform/[a-z0-9_/]+\\.h$" ".")
 
 if(wrong)
   message(FATAL_ERROR "An include crosses the border between application and platform:\n${wrong}")

@@ -107,7 +107,7 @@ void Canvas::drawSegment(int i) {
 }
 
 Canvas::SplinePair Canvas::getSpline(int i, int k) const {
-    constexpr std::size_t kMostPieces = 2 * kSplineReach;
+    constexpr std::size_t kMostPieces = 2 * std::size_t{kSplineReach};
     const int first = std::max(i - k, 0);
     const int last = std::min(i + k, static_cast<int>(points_.size()) - 1);
     const auto count = static_cast<std::size_t>(last - first);

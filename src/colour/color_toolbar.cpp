@@ -13,8 +13,8 @@ using quillo::dp;
 
 namespace {
 
-constexpr int kRows = 2;
-constexpr int kColumns = 4;
+constexpr std::size_t kRows = 2;
+constexpr std::size_t kColumns = 4;
 
 using Palette = std::array<int, kRows * kColumns>;
 constexpr Palette kColors = {0x000000, 0xFF0000, 0x0000FF, 0x00FF00, 0xFF00FF, 0x00FFFF, 0xFFFF00, 0xFFFFFF};
@@ -34,9 +34,9 @@ void ColorToolbar::Init() {
     const int left = swatch.x;
 
     const Palette& palette = device_display_colormask() != 0 ? kColors : kGreys;
-    for (int row = 0; row < kRows; ++row) {
-        for (int column = 0; column < kColumns; ++column) {
-            const int color = palette[static_cast<std::size_t>(row * kColumns + column)];
+    for (std::size_t row = 0; row < kRows; ++row) {
+        for (std::size_t column = 0; column < kColumns; ++column) {
+            const int color = palette[row * kColumns + column];
             buttons_.push_back(
                 ColorButton::Create("", "", color + kPaletteColorFlag, swatch, ColorButton::kPaletteEntry));
             swatch.x += gap + swatch.w;

@@ -2,17 +2,15 @@
 
 #include <cstdlib>
 #include <deque>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 
 #include "platform/host/desk/loop.h"
 #include "platform/host/screen/screen.h"
+#include "support/program.h"
 
 namespace host::test {
 
@@ -79,9 +77,6 @@ public:
         if (!trace.open(tracePath(), {}, false, error)) std::abort();
         loop.setHome(home);
     }
-    ~World() { std::filesystem::remove(tracePath()); }
-    World(const World&) = delete;
-    World& operator=(const World&) = delete;
 
     /// The application's handler: records itself by the trace and does what `on` has for the event.
     static int application(int type, int, int) {
@@ -132,17 +127,12 @@ public:
     Panel panel{screen.pixels(), display, clock};
     Modals modals{screen, panel, display};
     Trace trace;
-    Loop loop{{300, 200}, {10, 10}, clock, display, panel, modals, trace};
+    Loop loop{screen.pixels().size(), {10, 10}, clock, display, panel, modals, trace};
 
 private:
-    static std::string tracePath() {
-        return (std::filesystem::temp_directory_path() / ("world" + std::to_string(getpid()) + ".trace")).string();
-    }
-    static std::string readAll() {
-        std::ostringstream text;
-        text << std::ifstream(tracePath()).rdbuf();
-        return text.str();
-    }
+    [[nodiscard]] std::string tracePath() const { return folder.path() / "trace"; }
+    [[nodiscard]] std::string readAll() const { return contentOf(tracePath()); }
+    TemporaryFolder folder;
     std::size_t skipped = 0;
 };
 

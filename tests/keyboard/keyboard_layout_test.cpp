@@ -42,39 +42,23 @@ TEST(KeyboardLayout, InstalledOnesAreWhole) {
     EXPECT_EQ(load(kInstalled, "de").layout.base.rows[0][5], "z");
     EXPECT_EQ(load(kInstalled, "ru").layout.shifted.rows[2][0], "Я");
     EXPECT_TRUE(load(kInstalled, "ar").layout.startsRight);
-}
-
-TEST(KeyboardLayout, SignsMayBeThoseOfTheFormat) {
-    const Loaded loaded = loadContent(english() + "base2 = = # ; [ ]\n");
-    EXPECT_EQ(loaded.told, "");
-    EXPECT_EQ(loaded.layout.base.rows[1], (std::vector<std::string>{"=", "#", ";", "[", "]"}));
+    const KeyboardLayout signs = loadContent(english() + "base2 = = # ; [ ]\n").layout;
+    EXPECT_EQ(signs.base.rows[1], (std::vector<std::string>{"=", "#", ";", "[", "]"})) << "signs of the format itself";
 }
 
 TEST(KeyboardLayout, DamagedFileIsOneLineAndEnglishKeys) {
-    const std::string damaged[] = {
-        "",
-        english() + "base1 =\n",
-        english() + "base4 = a\n",
-        english() + "shift4 = a b c\n",
-        english() + "base3 = 1 2 3 4 5 6 7 8 9 0 1\n",
-        english() + "shift1 = 1 2 3 4 5 6 7 8 9 0 1 2 3\n",
-        english() + "name = \xFF\n",
-        std::string(100000, '='),
-        std::string("\0\0\n\0", 4),
-    };
-    for (const std::string& content : damaged) {
+    const std::string whole = english();
+    for (const std::string& content :
+         {std::string(), whole + "base1 =\n", whole + "base4 = a\n", whole + "shift4 = a b c\n",
+          whole + "base3 = 1 2 3 4 5 6 7 8 9 0 1\n", whole + "shift1 = 1 2 3 4 5 6 7 8 9 0 1 2 3\n",
+          whole + "name = \xFF\n", std::string(100000, '='), std::string("\0\0\n\0", 4)}) {
         const Loaded loaded = loadContent(content);
         EXPECT_TRUE(loaded.told.starts_with("colour: keyboard layout ")) << loaded.told;
         EXPECT_EQ(std::count(loaded.told.begin(), loaded.told.end(), '\n'), 1) << loaded.told;
         EXPECT_EQ(loaded.layout.code, "en");
     }
-}
-
-TEST(KeyboardLayout, CutAtAnyLengthItNeverFails) {
-    const std::string whole = english();
     for (std::size_t length = 0; length < whole.size(); length += 3) {
-        const KeyboardLayout layout = loadContent(whole.substr(0, length)).layout;
-        for (const auto& row : layout.base.rows) EXPECT_FALSE(row.empty());
+        for (const auto& row : loadContent(whole.substr(0, length)).layout.base.rows) EXPECT_FALSE(row.empty());
     }
 }
 

@@ -1,103 +1,220 @@
-#include <gmock/gmock.h>
+#include "platform/host/desk/keyboard.h"
 
-#include "keyboard/keyboard_fixture.h"
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+#include "platform/host/desk/pointer_event.h"
+#include "support/test_desk.h"
 
 namespace host {
 namespace {
 
-TEST_F(KeyboardTest, CancelLeavesTheBufferAndCallsBack) {
-    open("before");
-    tap({"clear", "x"});
-    EXPECT_STREQ(buffer.data(), "before");
-    tap({"cancel"});
-    EXPECT_EQ(callBack(), "before");
-    EXPECT_EQ(entry, "keyboard \"before\"");
+/// A keyboard over its screen and a hand that taps its keys.
+class KeyboardTest : public testing::Test {
+protected:
+    static constexpr int kAtTop = 0x400;
+    static constexpr int kMaxBytes = 1023;
+
+    void open(const std::string& text = "", int maxBytes = kMaxBytes, int flags = 0) {
+        buffer = text;
+        buffer.resize(2048);
+        calledBack = nullptr;
+        keyboard = std::make_unique<Keyboard>(
+            test->desk, KeyboardRequest{"@TextDirection", buffer.data(), maxBytes, flags, remember});
+        keyboard->paint();
+        areas().clear();
+    }
+    void on(const Device& device, const std::string& language = "en") {
+        test = std::make_unique<TestDesk>(device, language);
+    }
+    std::vector<Rect>& areas() { return test->display.areas; }
+
+    [[nodiscard]] Rect key(const std::string& name) const {
+        const auto rect = keyboard->keyRect(name);
+        EXPECT_TRUE(rect.has_value()) << name;
+        return rect.value_or(Rect{});
+    }
+    void send(int type, const std::string& name) {
+        const Rect rect = key(name);
+        keyboard->pointer(type, {rect.x + rect.w / 2, rect.y + rect.h / 2});
+    }
+    void tapAt(Point at) {
+        keyboard->pointer(kPointerDown, at);
+        keyboard->pointer(kPointerUp, at);
+    }
+    /// Taps keys by their names, separated by spaces.
+    void tap(const std::string& names) {
+        std::istringstream words(names);
+        for (std::string name; words >> name;) {
+            send(kPointerDown, name);
+            send(kPointerUp, name);
+        }
+    }
+    void press(std::initializer_list<Key> keys) {
+        for (const Key key : keys) keyboard->key(key);
+    }
+
+    /// Presses OK and returns what the application gets.
+    std::string confirm() {
+        tap("ok");
+        return callBack();
+    }
+    std::string callBack() {
+        EXPECT_TRUE(keyboard->closed());
+        const auto callback = keyboard->takeCallback();
+        if (!callback) return "no callback";
+        entry = callback->entry;
+        callback->run();
+        EXPECT_EQ(calledBack, buffer.data());
+        return buffer.c_str();
+    }
+
+    std::string buffer;
+    std::unique_ptr<TestDesk> test = std::make_unique<TestDesk>();
+    std::unique_ptr<Keyboard> keyboard;
+    std::string entry;
+
+private:
+    static void remember(char* text) { calledBack = text; }
+    static inline char* calledBack = nullptr;
+};
+
+TEST_F(KeyboardTest, TapsTypeAndEdit) {
+    const struct {
+        const char *language, *before, *keys, *after;
+    } cases[] = {
+        {"en", "", "c o l o u r space i n k .", "colour ink."},
+        {"en", "", "shift A b shift shift C D shift e", "AbCDe"},
+        {"en", "", "page 1 % shift ~ [ shift 2 page q", "1%~[2q"},
+        {"de", "", "ü language y language ش language ñ language é language ё language ß", "üyشñéёß"},
+        {"en", "abc", "left backspace x right return y up left z", "zaxc\ny"},
+        {"en", "something to lose", "clear a", "a"},
+        {"en", "a👨‍👩‍👧", "backspace", "a"},
+        {"ar", "ابج", "right د", "ابدج"},
+    };
+    for (const auto& [language, before, keys, after] : cases) {
+        on(defaultPanel(), language);
+        open(before);
+        tap(keys);
+        EXPECT_EQ(confirm(), after);
+    }
 }
 
-TEST_F(KeyboardTest, ScriptTypesAndCancels) {
-    open("before", 7);
-    EXPECT_TRUE(keyboard->type("größer"));
-    EXPECT_EQ(callBack(), "größe");
-    open("before");
-    keyboard->cancel();
-    EXPECT_EQ(callBack(), "before");
+TEST_F(KeyboardTest, APhysicalKeyboardEdits) {
+    open("abc");
+    keyboard->text("déf");
+    press({Key::Left, Key::Backspace, Key::Home, Key::Delete, Key::End, Key::ShiftReturn});
+    keyboard->text("z");
+    press({Key::Up, Key::Right, Key::Down});
+    keyboard->text("!");
+    press({Key::Return});
+    EXPECT_EQ(callBack(), "bcdf\nz!");
+    on(defaultPanel(), "ar");
+    open("ابج");
+    press({Key::Right, Key::Left});
+    keyboard->text("د");
+    EXPECT_EQ(confirm(), "ابجد") << "arrows follow the eye";
+}
+
+TEST_F(KeyboardTest, CancelLeavesTheBufferAndCallsBack) {
+    const std::function<void()> ways[] = {[&] { tap("cancel"); }, [&] { press({Key::Escape}); },
+                                          [&] { keyboard->cancel(); }};
+    for (const auto& cancel : ways) {
+        open("before");
+        tap("clear x");
+        EXPECT_STREQ(buffer.c_str(), "before");
+        cancel();
+        EXPECT_EQ(callBack(), "before");
+        EXPECT_EQ(entry, "keyboard \"before\"");
+    }
 }
 
 TEST_F(KeyboardTest, NeverWritesBeyondTheLimit) {
     const std::string acutes = "e\u0301e\u0301e\u0301";
     for (const int limit : {0, 1, 2, 3, 4, 5, 6, 8}) {
         open("", limit);
-        std::memset(buffer.data() + limit + 1, '#', 16);
+        const auto beyond = static_cast<std::size_t>(limit) + 1;
+        buffer[beyond] = '#';
         keyboard->text(acutes);
-        const auto whole = static_cast<std::size_t>(limit / 3) * 3;
-        EXPECT_EQ(confirm(), acutes.substr(0, whole));
-        EXPECT_EQ(buffer[static_cast<std::size_t>(limit) + 1], '#');
+        EXPECT_EQ(confirm(), acutes.substr(0, static_cast<std::size_t>(limit / 3) * 3));
+        EXPECT_EQ(buffer[beyond], '#');
     }
+    open("before", 7);
+    EXPECT_TRUE(keyboard->type("größer"));
+    EXPECT_EQ(callBack(), "größe") << "as a script types";
 }
 
-TEST_F(KeyboardTest, PhysicalKeyboardEdits) {
+TEST_F(KeyboardTest, ActsOnlyOnAPressThatBeganAndEndedOnOneKey) {
     open("abc");
-    keyboard->text("déf");
-    for (const Key key : {Key::Left, Key::Backspace, Key::Home, Key::Delete, Key::End, Key::ShiftReturn}) {
-        keyboard->key(key);
+    for (const char* name : {"ok", "cancel", "clear", "backspace", "q"}) send(kPointerUp, name);
+    send(kPointerMove, "w");
+    send(kPointerUp, "w");
+    EXPECT_TRUE(areas().empty());
+    send(kPointerDown, "q");
+    send(kPointerMove, "w");
+    send(kPointerUp, "w");
+    send(kPointerDown, "ok");
+    keyboard->pointer(kPointerReport, {0, 0});
+    send(kPointerUp, "ok");
+    EXPECT_FALSE(keyboard->closed());
+    EXPECT_EQ(confirm(), "abc");
+}
+
+TEST_F(KeyboardTest, RefreshesTheKeyAndItsTextLine) {
+    open("first line\nsecond line", kMaxBytes, kAtTop);
+    tap("q");
+    const Rect field = *keyboard->textPlace();
+    ASSERT_EQ(areas().size(), 3U);
+    EXPECT_EQ(areas()[0], key("q"));
+    EXPECT_EQ(areas()[1], key("q"));
+    EXPECT_EQ(areas()[2].intersected(field), areas()[2]);
+    EXPECT_LT(areas()[2].h, field.h / 2);
+    tap("shift A page language clear left space return ok");
+    for (const Rect& area : areas()) EXPECT_EQ(area.intersected(keyboard->area()), area);
+}
+
+/// What a paint in parts leaves on the screen is what painting all of it would give.
+TEST_F(KeyboardTest, PartsPaintedAddUpToTheWhole) {
+    for (const Device& device : {defaultPanel(), smallGreyPanel()}) {
+        on(device);
+        open("Some text that is long enough to wrap around in the field, गुरु\nand a l̂̂̂̂̂");
+        tap("q backspace backspace up x return left left backspace up shift W page shift page down right");
+        const Framebuffer inParts = test->screen.pixels();
+        keyboard->paint();
+        EXPECT_EQ(inParts, test->screen.pixels());
     }
-    keyboard->text("z");
-    keyboard->key(Key::Up);
-    keyboard->key(Key::Right);
-    keyboard->key(Key::Down);
-    keyboard->text("!");
-    keyboard->key(Key::Return);
-    EXPECT_EQ(callBack(), "bcdf\nz!");
-    open("abc");
-    keyboard->text("x");
-    keyboard->key(Key::Escape);
-    EXPECT_EQ(callBack(), "abc");
 }
 
 TEST_F(KeyboardTest, ATapInTheFieldPlacesTheCursor) {
     open("one two\nthree");
     const Rect field = *keyboard->textPlace();
     tapAt({field.x + 2, field.y + 20});
-    tap({"a"});
+    tap("a");
     tapAt({field.x + field.w - 2, field.y + 20});
-    tap({"b"});
+    tap("b");
     tapAt({field.x + field.w - 2, field.y + field.h - 2});
-    tap({"c"});
+    tap("c");
     EXPECT_EQ(confirm(), "aone twob\nthreec");
 }
 
-TEST_F(KeyboardTest, ArrowsFollowTheEyeInArabic) {
-    on(defaultPanel(), "ar");
-    open("ابج");
-    tap({"right", "د"});
-    EXPECT_EQ(confirm(), "ابدج");
-    open("ابج");
-    keyboard->key(Key::Right);
-    keyboard->key(Key::Left);
-    keyboard->text("د");
-    EXPECT_EQ(confirm(), "ابجد");
-}
-
-/// Columns of the field that hold ink, inside its frame.
-std::pair<int, int> inkSpan(const Screen& screen, Rect field) {
-    std::pair<int, int> span{-1, -1};
-    const Rect inside{field.x + 8, field.y + 16, field.w - 16, field.h - 32};
-    for (int x = inside.x; x < inside.right(); ++x)
-        for (int y = inside.y; y < inside.bottom(); ++y)
-            if (*screen.pixels().at(x, y) < 0x40) span = {span.first < 0 ? x : span.first, x};
-    return span;
-}
-
 TEST_F(KeyboardTest, AnEmptyFieldStartsWhereItsLanguageDoes) {
+    const auto cursorInLeftHalf = [&] {
+        const Rect field = keyboard->textPlace()->inset(16);
+        bool ink = false;
+        for (int i = 0; i < field.w / 2 * field.h; ++i) {
+            ink |= *test->screen.pixels().at(field.x + i % (field.w / 2), field.y + i / (field.w / 2)) < 0x40;
+        }
+        return ink;
+    };
     open();
-    const Rect field = *keyboard->textPlace();
-    const int centre = field.x + field.w / 2;
-    EXPECT_LT(inkSpan(test->screen, field).second, centre);
+    EXPECT_TRUE(cursorInLeftHalf());
     on(defaultPanel(), "ar");
     open();
-    EXPECT_GT(inkSpan(test->screen, field).first, centre);
-    tap({"language"});  // English comes next
-    EXPECT_LT(inkSpan(test->screen, field).second, centre);
+    EXPECT_FALSE(cursorInLeftHalf());
+    tap("language");  // English comes next
+    EXPECT_TRUE(cursorInLeftHalf());
 }
 
 /// A cursor out of sight would move without anything to refresh.
@@ -107,41 +224,30 @@ TEST_F(KeyboardTest, TheCursorIsAlwaysInSight) {
     for (int i = 0; i < kLines; ++i) lines += std::to_string(i) + "\n";
     for (const Device& device : {defaultPanel(), smallGreyPanel()}) {
         on(device);
-        open(lines.c_str());
-        for (const Key key : {Key::Up, Key::Down, Key::Up}) {
-            for (int i = 0; i < kLines; ++i) {
-                test->display.areas.clear();
-                keyboard->key(key);
-                EXPECT_EQ(test->display.areas.size(), 1U) << i;
-            }
+        open(lines);
+        for (int i = 0; i < 3 * kLines; ++i) {
+            areas().clear();
+            press({i / kLines == 1 ? Key::Down : Key::Up});
+            EXPECT_EQ(areas().size(), 1U) << i;
         }
         keyboard->text("x");
         EXPECT_EQ(confirm(), "x" + lines);
     }
 }
 
-TEST_F(KeyboardTest, LiesAtTheEdgeAskedFor) {
-    for (const Device& device : {defaultPanel(), smallGreyPanel()}) {
-        on(device);
-        open();
-        EXPECT_EQ(keyboard->area().bottom(), device.height);
-        EXPECT_EQ(keyboard->area().w, device.width);
-        EXPECT_LE(keyboard->area().h, device.height * 45 / 100);
-        open("", kMaxBytes, kAtTop);
-        EXPECT_EQ(keyboard->area().y, 0);
-        tap({"q"});
-        EXPECT_EQ(confirm(), "q");
-    }
-}
-
-TEST_F(KeyboardTest, KeysAreLargeAndApart) {
+TEST_F(KeyboardTest, LiesAtTheEdgeAskedForWithLargeKeysApart) {
     const char* names[] = {"q",    "shift", "page", "language", "space", "backspace", "return", "left",
                            "down", "clear", "ok",   "cancel",   "й",     "ъ",         "ю"};
     const Device landscape{.width = 800, .height = 600, .dpi = 167};
     for (const Device& device : {defaultPanel(), smallGreyPanel(), landscape}) {
         for (const char* language : {"en", "ru"}) {
             on(device, language);
+            open("", kMaxBytes, kAtTop);
+            EXPECT_EQ(keyboard->area().y, 0);
             open();
+            EXPECT_EQ(keyboard->area().bottom(), device.height);
+            EXPECT_EQ(keyboard->area().w, device.width);
+            EXPECT_LE(keyboard->area().h, device.height * (device.height > device.width ? 45 : 100) / 100);
             std::vector<Rect> boxes;
             for (const char* name : names)
                 if (const auto box = keyboard->keyRect(name)) boxes.push_back(*box);
@@ -164,7 +270,7 @@ TEST_F(KeyboardTest, WorksOnPanelsOfAnySize) {
         open("text");
         tapAt({device.width / 3, keyboard->area().y + 5});
         EXPECT_EQ(keyboard->area().intersected(device.bounds()), keyboard->area());
-        keyboard->key(Key::Return);
+        press({Key::Return});
         EXPECT_EQ(callBack(), "text");
     }
 }

@@ -2,12 +2,13 @@
 
 #include <random>
 
-#include "strokes.h"
+#include "screen/strokes.h"
 
 namespace host {
 namespace {
 
 double directionAt(const CubicSpline& s, double t) { return s.b + t * (2 * s.c + t * 3 * s.d); }
+double apart(PointD a, PointD b) { return std::hypot(a.x - b.x, a.y - b.y); }
 double bendAt(const CubicSpline& s, double t) { return 2 * s.c + 6 * s.d * t; }
 
 /// Runs of points with jumps, turns and repeats, as a shaking hand and a slow machine give them.
@@ -33,11 +34,9 @@ TEST(Splines, PassThroughEveryPointWithoutAKink) {
         for (std::size_t i = 0; i < pieces.size(); ++i) {
             const Piece& piece = pieces[i];
             const double length = piece.x.length;
-            ASSERT_NEAR(length, std::hypot(run[i + 1].x - run[i].x, run[i + 1].y - run[i].y), 1e-9);
-            ASSERT_NEAR(pointAt(piece, 0).x, run[i].x, 1e-9);
-            ASSERT_NEAR(pointAt(piece, 0).y, run[i].y, 1e-9);
-            ASSERT_NEAR(pointAt(piece, length).x, run[i + 1].x, 1e-9);
-            ASSERT_NEAR(pointAt(piece, length).y, run[i + 1].y, 1e-9);
+            ASSERT_NEAR(length, apart(run[i], run[i + 1]), 1e-9);
+            ASSERT_NEAR(apart(pointAt(piece, 0), run[i]), 0, 1e-9);
+            ASSERT_NEAR(apart(pointAt(piece, length), run[i + 1]), 0, 1e-9);
             if (length == 0) continue;
             if (before != nullptr) {
                 ASSERT_NEAR(directionAt(before->x, before->x.length), directionAt(piece.x, 0), 1e-7);
@@ -48,6 +47,10 @@ TEST(Splines, PassThroughEveryPointWithoutAKink) {
     }
 }
 
+/// Positive where `r` lies to the left of the way from `p` to `q`.
+double side(PointD p, PointD q, PointD r) { return (q.x - p.x) * (r.y - p.y) - (q.y - p.y) * (r.x - p.x); }
+
+/// In coordinates along the chord and across it.
 TEST(Splines, NeitherLoopNorLeaveTheChordByAQuarter) {
     for (const std::vector<PointD>& run : wildRuns()) {
         const std::vector<Piece> pieces = piecesOf(run);
@@ -57,19 +60,15 @@ TEST(Splines, NeitherLoopNorLeaveTheChordByAQuarter) {
             const PointD unit{(run[i + 1].x - run[i].x) / length, (run[i + 1].y - run[i].y) / length};
             std::vector<PointD> points;
             for (int k = 0; k <= 40; ++k) {
-                const PointD p = pointAt(pieces[i], length * k / 40);
-                const double dx = p.x - run[i].x;
-                const double dy = p.y - run[i].y;
-                const double along = dx * unit.x + dy * unit.y;
-                const double past = std::max({-along, along - length, 0.0});
-                ASSERT_LE(std::hypot(dy * unit.x - dx * unit.y, past), length / 4 + 1e-9);
-                points.push_back({along, dy * unit.x - dx * unit.y});
+                const PointD at = pointAt(pieces[i], length * k / 40);
+                const double dx = at.x - run[i].x;
+                const double dy = at.y - run[i].y;
+                const PointD p{dx * unit.x + dy * unit.y, dy * unit.x - dx * unit.y};
+                ASSERT_LE(std::hypot(p.y, std::max({-p.x, p.x - length, 0.0})), length / 4 + 1e-9);
+                points.push_back(p);
             }
             for (std::size_t a = 0; a + 1 < points.size(); ++a) {
                 for (std::size_t b = a + 2; b + 1 < points.size(); ++b) {
-                    const auto side = [](PointD p, PointD q, PointD r) {
-                        return (q.x - p.x) * (r.y - p.y) - (q.y - p.y) * (r.x - p.x);
-                    };
                     const PointD &p = points[a], &q = points[a + 1], &r = points[b], &s = points[b + 1];
                     ASSERT_FALSE(side(p, q, r) * side(p, q, s) < -1e-12 && side(r, s, p) * side(r, s, q) < -1e-12);
                 }
@@ -80,36 +79,26 @@ TEST(Splines, NeitherLoopNorLeaveTheChordByAQuarter) {
 
 TEST(Splines, AreNaturalAtBothEndsAndSmoothOnEvenPoints) {
     const std::vector<Piece> pieces = piecesOf(arcOf({0, 0}, 60, 60, 6));
-    EXPECT_NEAR(bendAt(pieces.front().x, 0), 0, 1e-9);
-    EXPECT_NEAR(bendAt(pieces.front().y, 0), 0, 1e-9);
-    EXPECT_NEAR(bendAt(pieces.back().x, pieces.back().x.length), 0, 1e-9);
-    EXPECT_NEAR(bendAt(pieces.back().y, pieces.back().y.length), 0, 1e-9);
+    for (const CubicSpline& first : {pieces.front().x, pieces.front().y}) EXPECT_NEAR(bendAt(first, 0), 0, 1e-9);
+    for (const CubicSpline& last : {pieces.back().x, pieces.back().y}) EXPECT_NEAR(bendAt(last, last.length), 0, 1e-9);
     for (std::size_t i = 3; i + 3 < pieces.size(); ++i) {
-        const PointD middle = pointAt(pieces[i], pieces[i].x.length / 2);
-        EXPECT_NEAR(std::hypot(middle.x, middle.y), 60, 0.005);
+        EXPECT_NEAR(apart(pointAt(pieces[i], pieces[i].x.length / 2), {0, 0}), 60, 0.005);
     }
 }
 
 TEST(Splines, PointsInALineStayOnIt) {
-    const std::vector<double> places{0, 1, 40, 41, 41, 30, 90};
     std::vector<PointD> run;
-    for (const double place : places) run.push_back({7 + 3 * place, 5 - 2 * place});
+    for (const double place : {0, 1, 40, 41, 41, 30, 90}) run.push_back({7 + 3 * place, 5 - 2 * place});
     for (const Piece& piece : piecesOf(run)) {
         for (int k = 0; k <= 10; ++k) {
             const PointD p = pointAt(piece, piece.x.length * k / 10);
             EXPECT_NEAR(2 * (p.x - 7) + 3 * (p.y - 5), 0, 1e-9);
         }
     }
-    const Piece straight = piecesOf({{1, 2}, {4, 6}})[0];
-    EXPECT_NEAR(pointAt(straight, 2.5).x, 2.5, 1e-12);
-    EXPECT_NEAR(pointAt(straight, 2.5).y, 4, 1e-12);
-}
-
-TEST(Splines, ATapStaysAtItsPoint) {
-    for (const Piece& piece : piecesOf({{3, 4}, {3, 4}, {3, 4}})) {
-        EXPECT_EQ(piece.x.length, 0);
-        EXPECT_EQ(pointAt(piece, 0).x, 3);
-        EXPECT_EQ(pointAt(piece, 0).y, 4);
+    EXPECT_NEAR(apart(pointAt(piecesOf({{1, 2}, {4, 6}})[0], 2.5), {2.5, 4}), 0, 1e-12) << "two points";
+    for (const Piece& tap : piecesOf({{3, 4}, {3, 4}, {3, 4}})) {
+        EXPECT_EQ(tap.x.length, 0);
+        EXPECT_EQ(apart(pointAt(tap, 0), {3, 4}), 0);
     }
 }
 

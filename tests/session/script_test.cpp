@@ -2,16 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "desk/world.h"
 
 namespace host::test {
 namespace {
 
-/// Plays a script in the world; `create` installs the application's handler.
+/// Plays a script in the world, where the explorer's answer installs the application's handler.
 class Scripts : public testing::Test {
 protected:
-    ~Scripts() override { std::filesystem::remove(path); }
-
     int play(const std::string& text) {
         std::ofstream(path, std::ios::binary) << text;
         std::string error;
@@ -23,21 +23,19 @@ protected:
         return status;
     }
     Stage stage() {
+        const auto enter = [this](const std::string& entry) {
+            world.loop.enter({entry, [this] { world.loop.setHandler(World::application); }});
+        };
         return {world.loop,
                 world.modals,
                 world.screen,
                 world.panel,
-                [this] {
-                    world.loop.enter({"create", [this] { world.loop.setHandler(World::application); }});
-                },
-                [this](const std::string& picture) {
-                    world.loop.enter(
-                        {"open " + Trace::quoted(picture), [this] { world.loop.setHandler(World::application); }});
-                }};
+                [enter] { enter("create"); },
+                [enter](const std::string& picture) { enter("open " + Trace::quoted(picture)); }};
     }
 
-    const std::string path =
-        (std::filesystem::temp_directory_path() / ("script" + std::to_string(getpid()) + ".session")).string();
+    const TemporaryFolder folder;
+    const std::string path = folder.path() / "a.session";
     World world;
     std::string errors;
 };
@@ -55,14 +53,14 @@ TEST_F(Scripts, PlayTheirCommandsInOrder) {
 }
 
 TEST_F(Scripts, LetTimePassOnlyWhileTheyWait) {
-    world.on[30] = [&] {
-        world.loop.timers().set(
-            "T", [] {}, world.clock.now() + Milliseconds{100});
+    const auto sets = [this](const char* name, int after) {
+        return [this, name, after] {
+            world.loop.timers().set(
+                name, [] {}, world.clock.now() + Milliseconds{after});
+        };
     };
-    world.on[31] = [&] {
-        world.loop.timers().set(
-            "at once", [] {}, world.clock.now());
-    };
+    world.on[30] = sets("T", 100);
+    world.on[31] = sets("at once", 0);
     EXPECT_EQ(play("create\nwait 40\ndown 1 1\nwait 99\nmove 1 1\nup 1 1\nwait 0\nreport 1 1\nwait 1\nevent 43 0 "
                    "0\nquit\nbogus"),
               0);
@@ -85,53 +83,46 @@ TEST_F(Scripts, AnswerWhatIsOpen) {
 }
 
 TEST_F(Scripts, WriteScreenAndPanel) {
-    const std::string picture = path + ".png";
-    EXPECT_EQ(play("screenshot " + Trace::quoted(picture) + "\n"), 0) << errors;
-    EXPECT_GT(std::filesystem::file_size(picture), 8U);
-    std::filesystem::remove(picture);
+    const std::string screen = folder.path() / "screen.png";
+    const std::string panel = folder.path() / "panel.png";
+    EXPECT_EQ(play("screenshot " + Trace::quoted(screen) + "\npanel " + Trace::quoted(panel)), 0) << errors;
+    EXPECT_TRUE(contentOf(screen).starts_with("\x89PNG"));
+    EXPECT_TRUE(contentOf(panel).starts_with("\x89PNG"));
 }
 
-struct WrongLine {
-    std::string line;
-    std::string message;
-};
-
-class WrongLines : public Scripts, public testing::WithParamInterface<WrongLine> {};
+class WrongLines : public Scripts, public testing::WithParamInterface<std::pair<std::string, std::string>> {};
 
 TEST_P(WrongLines, EndTheRunAndAreNamed) {
-    EXPECT_EQ(play("wait 1\n" + GetParam().line + "\nwait 1000\n"), 2);
-    EXPECT_EQ(errors, path + ":2: " + GetParam().message + "\n");
+    EXPECT_EQ(play("wait 1\n" + GetParam().first + "\nwait 1000\n"), 2);
+    EXPECT_EQ(errors, path + ":2: " + GetParam().second + "\n");
     EXPECT_EQ(world.clock.now(), Instant{1});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, WrongLines,
-    testing::Values(
-        WrongLine{"bogus 1", "unknown command \"bogus\""}, WrongLine{"Create", "unknown command \"Create\""},
-        WrongLine{"\"tap\"", "unknown command \"\\\"tap\\\"\""},
-        WrongLine{std::string("\xFF\0", 2), "unknown command \"\uFFFD\\u0000\""},
-        WrongLine{"down 1", "an argument is missing (down X Y)"},
-        WrongLine{"down 1 # 2", "an argument is missing (down X Y)"},
-        WrongLine{"down 1 2 3", "too much on the line (down X Y)"},
-        WrongLine{"quit now", "too much on the line (quit)"},
-        WrongLine{"down 1 2.5", "expected a number, not \"2.5\" (down X Y)"},
-        WrongLine{"down +1 2", "expected a number, not \"+1\" (down X Y)"},
-        WrongLine{"down 0x1 2", "expected a number, not \"0x1\" (down X Y)"},
-        WrongLine{"down 2147483648 2", "number out of range: \"2147483648\" (down X Y)"},
-        WrongLine{"down \"1\" 2", "expected a number, not a string (down X Y)"},
-        WrongLine{"open x.bmp", "expected a string in double quotes (open \"PATH\")"},
-        WrongLine{"open \"x", "the string has no end (open \"PATH\")"},
-        WrongLine{"open \"x\\", "unknown escape in the string (open \"PATH\")"},
-        WrongLine{"open \"\\x41\"", "unknown escape in the string (open \"PATH\")"},
-        WrongLine{"open \"\\u12\"", "a \\u escape in the string is no character (open \"PATH\")"},
-        WrongLine{"open \"\\ud800\"", "a \\u escape in the string is no character (open \"PATH\")"},
-        WrongLine{"open \"\\u0000\"", "a \\u escape in the string is no character (open \"PATH\")"},
-        WrongLine{"open \"a\tb\"", "a control character in the string must be escaped (open \"PATH\")"},
-        WrongLine{"open \"\xC3\"", "the string is not UTF-8 (open \"PATH\")"},
-        WrongLine{"open \"a\"b", "too much on the line (open \"PATH\")"},
-        WrongLine{"wait -1", "time does not run backwards"}, WrongLine{"answer 3", "a dialog has the buttons 1 and 2"},
-        WrongLine{"answer 1", "no dialog is open"}, WrongLine{"type \"x\"", "no keyboard is open"},
-        WrongLine{"font \"Sans,10\"", "no font selector is open"}, WrongLine{"cancel", "nothing is open to cancel"}));
+INSTANTIATE_TEST_SUITE_P(All, WrongLines,
+                         testing::ValuesIn(std::vector<std::pair<std::string, std::string>>{
+                             {"bogus 1", "unknown command \"bogus\""},
+                             {"\"tap\"", "unknown command \"\\\"tap\\\"\""},
+                             {std::string("\xFF\0", 2), "unknown command \"\uFFFD\\u0000\""},
+                             {"down 1 # 2", "an argument is missing (down X Y)"},
+                             {"down 1 2 3", "too much on the line (down X Y)"},
+                             {"quit now", "too much on the line (quit)"},
+                             {"down +1 2", "expected a number, not \"+1\" (down X Y)"},
+                             {"down 2147483648 2", "number out of range: \"2147483648\" (down X Y)"},
+                             {"down \"1\" 2", "expected a number, not a string (down X Y)"},
+                             {"open x.bmp", "expected a string in double quotes (open \"PATH\")"},
+                             {"open \"x", "the string has no end (open \"PATH\")"},
+                             {"open \"x\\", "unknown escape in the string (open \"PATH\")"},
+                             {"open \"\\ud800\"", "a \\u escape in the string is no character (open \"PATH\")"},
+                             {"open \"\\u0000\"", "a \\u escape in the string is no character (open \"PATH\")"},
+                             {"open \"a\tb\"", "a control character in the string must be escaped (open \"PATH\")"},
+                             {"open \"\xC3\"", "the string is not UTF-8 (open \"PATH\")"},
+                             {"open \"a\"b", "too much on the line (open \"PATH\")"},
+                             {"wait -1", "time does not run backwards"},
+                             {"answer 3", "a dialog has the buttons 1 and 2"},
+                             {"answer 1", "no dialog is open"},
+                             {"type \"x\"", "no keyboard is open"},
+                             {"font \"Sans,10\"", "no font selector is open"},
+                             {"cancel", "nothing is open to cancel"}}));
 
 TEST_F(Scripts, TheExplorerAsksOnlyWhileItHasTheScreen) {
     EXPECT_EQ(play("create\ncreate"), 2);
@@ -139,11 +130,10 @@ TEST_F(Scripts, TheExplorerAsksOnlyWhileItHasTheScreen) {
 }
 
 TEST_F(Scripts, ThatCannotBeReadAreNotPlayed) {
-    std::string error;
-    EXPECT_EQ(Script::load("/nowhere/x", stage(), error), nullptr);
-    EXPECT_EQ(error, "cannot read the script '/nowhere/x': No such file or directory");
-    EXPECT_EQ(Script::load("/", stage(), error), nullptr);
     EXPECT_EQ(play(""), 0);
+    EXPECT_EQ(Script::load("/", stage(), errors), nullptr);
+    EXPECT_EQ(Script::load("/nowhere/x", stage(), errors), nullptr);
+    EXPECT_EQ(errors, "cannot read the script '/nowhere/x': No such file or directory");
 }
 
 }  // namespace

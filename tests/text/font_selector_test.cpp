@@ -54,77 +54,53 @@ protected:
         return true;
     }
 
-    [[nodiscard]] std::string familyAt(std::size_t index) { return scene_->text.families().at(index); }
+    /// Opens with that font and returns what OK answers after these taps.
+    std::string chosen(const std::string& font, const std::vector<Rect>& taps) {
+        open(font, defaultPanel(), static_cast<int>(boxes_.sizeButtons.size()));
+        for (const Rect& box : taps) tap(box);
+        return confirmed();
+    }
+
+    [[nodiscard]] std::string familyAt(int index) {
+        return scene_->text.families().at(static_cast<std::size_t>(index));
+    }
     [[nodiscard]] int indexOf(const std::string& family) {
         const auto& families = scene_->text.families();
         return static_cast<int>(std::find(families.begin(), families.end(), family) - families.begin());
     }
 
-    std::optional<TestDesk> scene_;
+    std::optional<TestDesk> scene_{defaultPanel()};
     FontSelectorGeometry boxes_{defaultPanel(), 11};
     std::unique_ptr<Modal> selector_;
     std::string entry_;
 };
 
-TEST_F(FontSelectorTest, AnswersWithThePresentChoiceAtOnce) {
-    open("DejaVu Serif,36");
-    EXPECT_EQ(confirmed(), "DejaVu Serif,36");
+TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
+    EXPECT_EQ(chosen("DejaVu Serif,36", {}), "DejaVu Serif,36");
     EXPECT_THAT(answer, testing::ElementsAre("DejaVu Serif,36", "DejaVu Serif", "36", ""));
     EXPECT_EQ(entry_, "font \"DejaVu Serif,36\"");
-}
+    EXPECT_EQ(chosen("DejaVu Sans,28", {row(2), boxes_.sizeButtons[0]}), familyAt(2) + ",8");
 
-TEST_F(FontSelectorTest, ChoosesTheTappedFontAndSize) {
-    open("DejaVu Sans,28");
-    const std::string third = familyAt(2);
-    tap(row(2));
-    tap(boxes_.sizeButtons[0]);
-    EXPECT_EQ(confirmed(), third + ",8");
-}
-
-TEST_F(FontSelectorTest, OpensAtThePageOfThePresentFont) {
-    open("Noto Serif,28");
-    const int place = indexOf("Noto Serif");
-    tap(row((place + 1) % boxes_.rows));
-    const int page = place / boxes_.rows;
-    EXPECT_EQ(confirmed(), familyAt(static_cast<std::size_t>(page * boxes_.rows + (place + 1) % boxes_.rows)) + ",28");
-}
-
-TEST_F(FontSelectorTest, PagesTurnBothWaysAndRound) {
-    open("DejaVu Sans,28");
-    tap(boxes_.next);
-    tap(row(0));
-    EXPECT_EQ(confirmed(), familyAt(static_cast<std::size_t>(boxes_.rows)) + ",28");
-
-    open("DejaVu Sans,28");
-    tap(boxes_.previous);
-    tap(boxes_.next);
-    tap(boxes_.previous);
-    tap(row(0));
-    const std::size_t families = scene_->text.families().size();
-    const auto rows = static_cast<std::size_t>(boxes_.rows);
-    EXPECT_EQ(confirmed(), familyAt((families - 1) / rows * rows) + ",28");
-}
-
-TEST_F(FontSelectorTest, EmptyRowsOfTheLastPageChooseNothing) {
-    open("DejaVu Sans,28");
     const int families = static_cast<int>(scene_->text.families().size());
-    if (families % boxes_.rows == 0) GTEST_SKIP() << "the last page is full on this machine";
-    tap(boxes_.previous);
-    tap(row(boxes_.rows - 1));
-    EXPECT_EQ(confirmed(), "DejaVu Sans,28");
-}
+    const int lastPage = (families - 1) / boxes_.rows * boxes_.rows;
+    EXPECT_EQ(chosen("DejaVu Sans,28", {boxes_.next, row(0)}), familyAt(boxes_.rows) + ",28");
+    EXPECT_EQ(chosen("DejaVu Sans,28", {boxes_.previous, boxes_.next, boxes_.previous, row(0)}),
+              familyAt(lastPage) + ",28");
+    if (families % boxes_.rows != 0) {
+        EXPECT_EQ(chosen("DejaVu Sans,28", {boxes_.previous, row(boxes_.rows - 1)}), "DejaVu Sans,28") << "no font";
+    }
+    const int place = indexOf("Noto Serif");
+    const int beside = (place + 1) % boxes_.rows;
+    EXPECT_EQ(chosen("Noto Serif,28", {row(beside)}), familyAt(place / boxes_.rows * boxes_.rows + beside) + ",28")
+        << "opens at the page of the present font";
 
-TEST_F(FontSelectorTest, OffersAnUnusualSizeToo) {
-    open("DejaVu Sans,33", defaultPanel(), 12);
-    tap(boxes_.sizeButtons[0]);
-    tap(boxes_.sizeButtons[7]);
-    EXPECT_EQ(confirmed(), "DejaVu Sans,33");
+    boxes_ = FontSelectorGeometry(defaultPanel(), 12);
+    EXPECT_EQ(chosen("DejaVu Sans,33", {boxes_.sizeButtons[0], boxes_.sizeButtons[7]}), "DejaVu Sans,33");
 }
 
 TEST_F(FontSelectorTest, StartsWithTheDefaultFontWhereNoneIsGiven) {
     for (const char* font : {",0", "", "No Such Font", "No Such Font,-5", "DejaVu Sans,abc"}) {
-        open(font);
-        EXPECT_EQ(confirmed(), std::string(scene_->text.defaultFamily(0)) + ",28") << font;
+        EXPECT_EQ(chosen(font, {}), std::string(scene_->text.defaultFamily(0)) + ",28") << font;
     }
 }
 
@@ -133,7 +109,6 @@ TEST_F(FontSelectorTest, CancelDoesNotCallBack) {
     tap(boxes_.cancel);
     EXPECT_TRUE(selector_->closed());
     EXPECT_FALSE(calledBack());
-
     open("DejaVu Sans,28");
     selector_->key(Key::Escape);
     EXPECT_TRUE(selector_->closed());
@@ -142,40 +117,32 @@ TEST_F(FontSelectorTest, CancelDoesNotCallBack) {
 
 TEST_F(FontSelectorTest, TakesAnyAnswerFromAScript) {
     open("DejaVu Sans,28");
+    EXPECT_FALSE(selector_->answer(1));
+    EXPECT_FALSE(selector_->type("x"));
     EXPECT_TRUE(selector_->chooseFont("Odd \"Font\",7,8"));
     ASSERT_TRUE(calledBack());
     EXPECT_THAT(answer, testing::ElementsAre("Odd \"Font\",7,8", "Odd \"Font\"", "7,8", ""));
     EXPECT_EQ(entry_, "font \"Odd \\\"Font\\\",7,8\"");
-
     open("DejaVu Sans,28");
     EXPECT_TRUE(selector_->chooseFont("no comma"));
     ASSERT_TRUE(calledBack());
     EXPECT_THAT(answer, testing::ElementsAre("no comma", "no comma", "", ""));
-    EXPECT_FALSE(selector_->answer(1));
-    EXPECT_FALSE(selector_->type("x"));
 }
 
 TEST_F(FontSelectorTest, ActsOnlyOnAPressThatBeganAndEndedInOnePlace) {
     open("DejaVu Sans,28");
     selector_->pointer(kPointerUp, middle(boxes_.ok));
     selector_->pointer(kPointerUp, middle(row(2)));
-    EXPECT_FALSE(selector_->closed());
+    scene_->display.areas.clear();
     selector_->pointer(kPointerDown, middle(row(2)));
+    ASSERT_EQ(scene_->display.areas.size(), 1U);
+    EXPECT_LE(scene_->display.areas.front().h, row(2).h + 1) << "no more than its row is refreshed";
     selector_->pointer(kPointerMove, middle(row(3)));
     selector_->pointer(kPointerUp, middle(row(3)));
     selector_->pointer(kPointerDown, middle(boxes_.cancel));
     selector_->pointer(kPointerUp, middle(boxes_.ok));
     EXPECT_FALSE(selector_->closed());
     EXPECT_EQ(confirmed(), "DejaVu Sans,28");
-}
-
-TEST_F(FontSelectorTest, APressRefreshesNoMoreThanItsRow) {
-    open("DejaVu Sans,28");
-    scene_->display.areas.clear();
-    selector_->pointer(kPointerDown, middle(row(2)));
-    ASSERT_EQ(scene_->display.areas.size(), 1U);
-    EXPECT_EQ(scene_->display.areas.front().w, boxes_.list.w);
-    EXPECT_LE(scene_->display.areas.front().h, row(2).h + 1);
 }
 
 TEST_F(FontSelectorTest, StaysWithinItsPanelOnEveryDevice) {
@@ -195,18 +162,18 @@ TEST_F(FontSelectorTest, StaysWithinItsPanelOnEveryDevice) {
     }
 }
 
-TEST_F(FontSelectorTest, TouchTargetsAreLargeAndApart) {
+TEST(FontSelectorGeometryTest, TouchTargetsAreLargeAndApart) {
     for (const Device& device : {defaultPanel(), smallGreyPanel(), Device{800, 600, 167, 1.0, false}}) {
         const FontSelectorGeometry boxes(device, 12);
         std::vector<Rect> targets = boxes.sizeButtons;
         targets.insert(targets.end(), {boxes.previous, boxes.next, boxes.cancel, boxes.ok, boxes.list, boxes.sample});
         const int nineMillimetres = device.dpi * 90 / 254;
         EXPECT_GE(boxes.list.h / boxes.rows, nineMillimetres);
-        for (std::size_t i = 0; i < targets.size(); ++i) {
-            EXPECT_GE(targets[i].h, nineMillimetres);
-            EXPECT_GE(targets[i].w, nineMillimetres);
-            for (std::size_t j = 0; j < i; ++j)
-                EXPECT_TRUE(targets[i].intersected(targets[j]).empty()) << i << ", " << j;
+        for (const Rect& target : targets) {
+            EXPECT_GE(std::min(target.w, target.h), nineMillimetres);
+            EXPECT_EQ(std::count_if(targets.begin(), targets.end(),
+                                    [&](const Rect& other) { return !other.intersected(target).empty(); }),
+                      1);
         }
     }
 }

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/host/desk/pointer_event.h"
+
 namespace host {
 
 namespace {
 
-constexpr int kPointerUp = 29;
-constexpr int kPointerDown = 30;
-constexpr int kPointerMove = 31;
-constexpr int kPointerReport = 35;
 constexpr int kRepaint = 23;
 
 /// At this pace a press reports where the pointer is; the application spares the panel by it.

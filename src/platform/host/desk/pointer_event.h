@@ -2,7 +2,7 @@
 
 namespace host {
 
-/// The pointer's event types, as a modal gets them.
+/// The pointer's event types, as modals and the application's handler get them.
 inline constexpr int kPointerUp = 29;
 inline constexpr int kPointerDown = 30;
 inline constexpr int kPointerMove = 31;

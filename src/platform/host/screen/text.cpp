@@ -8,7 +8,7 @@
 #include "platform/host/screen/font_catalog.h"
 #include "platform/host/screen/font_sample.h"
 #include "platform/host/screen/glyph_cache.h"
-#include "platform/host/screen/text_repair.h"
+#include "platform/host/screen/utf8.h"
 
 namespace host {
 namespace {

@@ -4,56 +4,17 @@
 #include <cstddef>
 #include <optional>
 
+#include "platform/host/screen/utf8.h"
+
 namespace host {
 
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 /// Each short escape's letter, and at the same place in kShortMeanings the character it stands for.
 constexpr std::string_view kShortLetters = "\"\\/bfnrt";
 constexpr std::string_view kShortMeanings = "\"\\/\b\f\n\r\t";
 
-/// What stands at the front of a UTF-8 text: its bytes, and whether they are one whole character. The bytes of a broken
-/// one are the longest beginning of a character.
-struct Sequence {
-    std::size_t bytes;
-    bool whole;
-};
-
 bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20; }
-
-/// The second byte's range depends on the first: this keeps out overlong forms, surrogates and what lies above
-/// U+10FFFF.
-bool mayFollow(unsigned char lead, std::size_t position, unsigned char byte) {
-    unsigned char low = 0x80;
-    unsigned char high = 0xBF;
-    if (position == 1) {
-        if (lead == 0xE0) low = 0xA0;
-        if (lead == 0xED) high = 0x9F;
-        if (lead == 0xF0) low = 0x90;
-        if (lead == 0xF4) high = 0x8F;
-    }
-    return byte >= low && byte <= high;
-}
-
-std::size_t sequenceLength(unsigned char lead) {
-    if (lead < 0x80) return 1;
-    if (lead >= 0xC2 && lead <= 0xDF) return 2;
-    if (lead >= 0xE0 && lead <= 0xEF) return 3;
-    if (lead >= 0xF0 && lead <= 0xF4) return 4;
-    return 0;
-}
-
-Sequence firstSequence(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = sequenceLength(lead);
-    if (length == 0) return {1, false};
-    std::size_t bytes = 1;
-    while (bytes < length && bytes < text.size() && mayFollow(lead, bytes, static_cast<unsigned char>(text[bytes]))) {
-        ++bytes;
-    }
-    return {bytes, bytes == length};
-}
 
 void appendEscaped(std::string& out, char c) {
     const std::size_t letter = kShortMeanings.find(c);
@@ -134,11 +95,11 @@ std::string jsonQuoted(std::string_view text) {
     std::string out = "\"";
     while (!text.empty()) {
         const char c = text.front();
-        const Sequence sequence = firstSequence(text);
+        const Utf8Sequence sequence = firstSequence(text);
         if (c == '"' || c == '\\' || isControl(c)) {
             appendEscaped(out, c);
         } else {
-            out += sequence.whole ? text.substr(0, sequence.bytes) : kReplacement;
+            out += sequence.whole ? text.substr(0, sequence.bytes) : kReplacementCharacter;
         }
         text.remove_prefix(sequence.bytes);
     }
@@ -150,7 +111,7 @@ bool readJsonString(std::string_view& input, std::string& text, std::string& err
     text.clear();
     input.remove_prefix(1);
     while (!input.empty() && input.front() != '"') {
-        const Sequence sequence = firstSequence(input);
+        const Utf8Sequence sequence = firstSequence(input);
         if (input.front() == '\\') {
             input.remove_prefix(1);
             if (!takeEscape(input, text, error)) return false;

@@ -10,17 +10,13 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/host/desk/pointer_event.h"
 #include "platform/host/screen/png_writer.h"
 #include "platform/host/session/script_line.h"
 
 namespace host {
 
 namespace {
-
-constexpr int kPointerUp = 29;
-constexpr int kPointerDown = 30;
-constexpr int kPointerMove = 31;
-constexpr int kPointerReport = 35;
 
 constexpr int kWrongScript = 2;
 

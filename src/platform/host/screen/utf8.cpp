@@ -1,6 +1,4 @@
-#include "platform/host/screen/text_repair.h"
-
-#include <cstddef>
+#include "platform/host/screen/utf8.h"
 
 namespace host {
 namespace {
@@ -14,7 +12,7 @@ struct Lead {
 };
 
 Lead leadOf(unsigned char byte) {
-    if (byte >= 0x01 && byte <= 0x7F) return {1};
+    if (byte <= 0x7F) return {1};
     if (byte >= 0xC2 && byte <= 0xDF) return {2};
     if (byte == 0xE0) return {3, 0xA0, 0xBF};
     if (byte == 0xED) return {3, 0x80, 0x9F};
@@ -25,8 +23,10 @@ Lead leadOf(unsigned char byte) {
     return {};
 }
 
-/// Bytes at the start of `text` that belong to the character which its first byte announces.
-std::size_t matchingBytes(std::string_view text, const Lead& lead) {
+}  // namespace
+
+Utf8Sequence firstSequence(std::string_view text) {
+    const Lead lead = leadOf(static_cast<unsigned char>(text.front()));
     std::size_t count = 1;
     while (count < lead.length && count < text.size()) {
         const auto byte = static_cast<unsigned char>(text[count]);
@@ -35,20 +35,16 @@ std::size_t matchingBytes(std::string_view text, const Lead& lead) {
         if (byte < from || byte > to) break;
         ++count;
     }
-    return count;
+    return {count, count == lead.length};
 }
 
-}  // namespace
-
 std::string repairedUtf8(std::string_view text) {
-    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
     std::string repaired;
     repaired.reserve(text.size());
     while (!text.empty()) {
-        const Lead lead = leadOf(static_cast<unsigned char>(text.front()));
-        const std::size_t count = matchingBytes(text, lead);
-        repaired += count == lead.length ? text.substr(0, count) : kReplacement;
-        text.remove_prefix(count);
+        const auto [bytes, whole] = firstSequence(text);
+        repaired += whole && text.front() != '\0' ? text.substr(0, bytes) : kReplacementCharacter;
+        text.remove_prefix(bytes);
     }
     return repaired;
 }
