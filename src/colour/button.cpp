@@ -1,17 +1,7 @@
 #include "colour/button.h"
 
 #include "colour/codes.h"
-
-namespace {
-
-SmartBitmap themePicture(const std::string& name) {
-    const SmartBitmap fallback("broken_image", false);
-    SmartBitmap picture;
-    picture.LoadFromTheme(name, fallback);
-    return picture;
-}
-
-}  // namespace
+#include "colour/theme_picture.h"
 
 Button* Button::Create(const std::string& name, const std::string& focused_name, int command, irect_s rect) {
     SmartBitmap image = themePicture(name);

@@ -57,10 +57,8 @@ void ColorToolbar::SetColor(int color) {
 int ColorToolbar::Handler(int type, int x, int y) {
     constexpr press::LogPlace kLog = {"src/colour/color_toolbar", 104, "int ColorToolbar::Handler(int, int, int)"};
 
-    if (type == EventType::PointerDown) return press::down(buttons_, pressed_, x, y);
-    if (type == EventType::PointerMove) return press::move(pressed_, x, y);
-    if (type != EventType::PointerUp || pressed_ == nullptr) return 0;
-    return press::release(pressed_, x, y, kLog);
+    if (type != EventType::PointerUp) return press::follow(buttons_, pressed_, type, x, y);
+    return pressed_ != nullptr ? press::release(pressed_, x, y, kLog) : 0;
 }
 
 void ColorToolbar::Draw() {

@@ -17,7 +17,9 @@ class Controller : public common_image_explorer::ICallback {
 public:
     Controller() = default;
 
+    /// The one controller, made on first use.
     static Controller* Instance();
+    /// The toolkit's ways in; its callbacks carry no context.
     static int staticHandler(int type, int par1, int par2);
     static void staticRemoveHandler(int button);
 

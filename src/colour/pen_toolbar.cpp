@@ -31,9 +31,8 @@ void PenToolbar::SetThickness(int thickness) {
 int PenToolbar::Handler(int type, int x, int y) {
     constexpr press::LogPlace kLog = {"src/colour/pen_toolbar", 91, "int PenToolbar::Handler(int, int, int)"};
 
-    if (type == EventType::PointerDown) return press::down(buttons_, pressed_, x, y);
-    if (type == EventType::PointerMove) return press::move(pressed_, x, y);
-    if (type != EventType::PointerUp || pressed_ == nullptr) return 0;
+    if (type != EventType::PointerUp) return press::follow(buttons_, pressed_, type, x, y);
+    if (pressed_ == nullptr) return 0;
     // A slow panel must show the pressed look before the release takes it away.
     WaitForUpdateComplete();
     return press::release(pressed_, x, y, kLog);

@@ -1,15 +1,14 @@
 #include "colour/popup.h"
 
 #include "colour/codes.h"
+#include "colour/theme_picture.h"
 #include "platform/graphics.h"
 
 namespace popup {
 
 SmartBitmap loadPointer() {
     constexpr int kQuarterTurn = 1;
-    const SmartBitmap fallback("broken_image", false);
-    SmartBitmap pointer;
-    pointer.LoadFromTheme("context_menu_pointer", fallback);
+    SmartBitmap pointer = themePicture("context_menu_pointer");
     LumoraGraphics::RotateBitmap(&pointer, kQuarterTurn);
     return pointer;
 }

@@ -6,12 +6,7 @@
 
 namespace press {
 
-void repaint(Button& button) {
-    button.Draw();
-    refresh(button.GetRect());
-}
-
-void refresh(const irect_s& rect) { PartialUpdate(rect.x, rect.y, rect.w, rect.h); }
+namespace {
 
 int down(const std::vector<Button*>& buttons, Button*& pressed, int x, int y) {
     for (Button* button : buttons) {
@@ -30,6 +25,20 @@ int move(Button*& pressed, int x, int y) {
     repaint(*pressed);
     pressed = nullptr;
     return 1;
+}
+
+}  // namespace
+
+void repaint(Button& button) {
+    button.Draw();
+    refresh(button.GetRect());
+}
+
+void refresh(const irect_s& rect) { PartialUpdate(rect.x, rect.y, rect.w, rect.h); }
+
+int follow(const std::vector<Button*>& buttons, Button*& pressed, int type, int x, int y) {
+    if (type == EventType::PointerDown) return down(buttons, pressed, x, y);
+    return type == EventType::PointerMove ? move(pressed, x, y) : 0;
 }
 
 int release(Button*& pressed, int x, int y, const LogPlace& place) {

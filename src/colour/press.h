@@ -12,11 +12,10 @@ namespace press {
 void repaint(Button& button);
 void refresh(const irect_s& rect);
 
-/// Offers a pointer-down to the buttons in order until one takes it. 1 when one did, else 0 and `pressed` stays.
-int down(const std::vector<Button*>& buttons, Button*& pressed, int x, int y);
-
-/// 0 without a press, else 1; the press ends when the pointer has left its button.
-int move(Button*& pressed, int x, int y);
+/// What comes before the release. A pointer-down is offered to the buttons in order until one takes it: 1 when one
+/// did, else 0 and `pressed` stays. A move answers 1 during a press, which ends when the pointer has left its button.
+/// 0 for anything else.
+int follow(const std::vector<Button*>& buttons, Button*& pressed, int type, int x, int y);
 
 /// Where a popup's choice is logged.
 struct LogPlace {

@@ -108,10 +108,8 @@ void Toolbar::SetPenThickness(int thickness) {
 }
 
 int Toolbar::Handler(int type, int x, int y) {
-    if (type == EventType::PointerDown) return press::down(buttons_, pressed_, x, y);
-    if (type == EventType::PointerMove) return press::move(pressed_, x, y);
-    if (type != EventType::PointerUp || pressed_ == nullptr) return 0;
-    return release(x, y);
+    if (type != EventType::PointerUp) return press::follow(buttons_, pressed_, type, x, y);
+    return pressed_ != nullptr ? release(x, y) : 0;
 }
 
 int Toolbar::release(int x, int y) {

@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] const irect_s& GetRect() const { return rect_; }
 
+    /// The command of a tapped button, 1 for another event of a press, else 0. Refreshes what it changes.
     int Handler(int type, int x, int y);
     /// Paints the band; refreshes nothing.
     void Draw();

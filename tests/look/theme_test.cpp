@@ -171,6 +171,20 @@ TEST(Theme, MissingFolderIsToldOnceAndLeavesTheApplicationsPicture) {
     EXPECT_GT(std::ranges::count_if(pixels, [](int byte) { return byte != 0xFF; }), 500);
 }
 
+TEST(Theme, NumberThatIsNoneIsToldAndGivesTheFallback) {
+    const TemporaryFolder folder;
+    writeFile(folder.path() / "theme.ini", "size=32\nlarge=99999999999\nword=28pt\n");
+    const Device device;
+    const Theme theme(folder.path(), device);
+    EXPECT_EQ(theme.number("size", 7), 32);
+    EXPECT_EQ(theme.number("absent", 7), 7);
+    for (const char* name : {"large", "word"}) {
+        CaptureStderr();
+        EXPECT_EQ(theme.number(name, 7), 7);
+        EXPECT_THAT(GetCapturedStderr(), HasSubstr(name));
+    }
+}
+
 TEST(Theme, DamagedIconIsToldAndNotDrawn) {
     const TemporaryFolder folder;
     const std::string whole = contentOf(kTheme / "icons/trash.svg");

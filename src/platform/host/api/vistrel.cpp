@@ -1,7 +1,6 @@
 #include "platform/vistrel.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "platform/host/desk/font_selector.h"
 #include "platform/host/desk/keyboard.h"
@@ -109,8 +108,7 @@ const char* GetThemeString(const char* name, const char* fallback) {
 }
 
 int GetThemeInt(const char* name, int fallback) {
-    const std::string* value = toolkit().theme.value(name);
-    const int result = value != nullptr ? std::atoi(value->c_str()) : fallback;
+    const int result = toolkit().theme.number(name, fallback);
     toolkit().trace.question("GetThemeInt", result, name, fallback);
     return result;
 }

@@ -3,12 +3,14 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <iostream>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 
 namespace host {
 
@@ -41,6 +43,16 @@ bool readUnits(const std::string& text, Units& units) {
     if (times != 'x' || !(words >> std::ws).eof() || !(read.width > 0) || !(read.height > 0)) return false;
     units = read;
     return true;
+}
+
+/// `text` as a whole number; `fallback`, told on standard error, for anything else.
+int readNumber(const std::string& what, const std::string& text, int fallback) {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, code] = std::from_chars(text.data(), end, number);
+    if (code == std::errc() && stopped == end) return number;
+    std::cerr << "colour: theme.ini: " << what << " is not a whole number: " << text << "\n";
+    return fallback;
 }
 
 /// Names are parts of file names and must not lead out of the folder.
@@ -121,6 +133,11 @@ const std::string* Theme::value(const std::string& name) const {
     return known == values_.end() ? nullptr : &known->second;
 }
 
+int Theme::number(const std::string& name, int fallback) const {
+    const std::string* text = value(name);
+    return text == nullptr ? fallback : readNumber(name, *text, fallback);
+}
+
 /// The value in that section for the icon, else for the family its name begins with ("key" for "key_shift"),
 /// else the section's default; null when it has none.
 const std::string* Theme::iconValue(const std::string& section, const std::string& name) const {
@@ -145,7 +162,7 @@ IconLayout Theme::layoutOf(const std::string& name) const {
     const std::string* transparent = iconValue("transparent", name);
     IconLayout layout;
     layout.size = {pixels(device_, units.width), pixels(device_, units.height)};
-    layout.grid = grid == nullptr ? 0 : std::atoi(grid->c_str());
+    layout.grid = grid == nullptr ? 0 : readNumber("the grid of " + name, *grid, 0);
     layout.transparent = transparent != nullptr && *transparent == "yes";
     return layout;
 }

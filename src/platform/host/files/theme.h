@@ -28,6 +28,8 @@ public:
 
     /// A value of theme.ini, "section.key" for a key in a section; null when there is none. Lives as long as the theme.
     [[nodiscard]] const std::string* value(const std::string& name) const;
+    /// The value as a whole number; `fallback` where there is none and, told on standard error, where it is not one.
+    [[nodiscard]] int number(const std::string& name, int fallback) const;
 
 private:
     [[nodiscard]] std::shared_ptr<bitmap_s> load(const std::string& name);
