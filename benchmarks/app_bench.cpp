@@ -7,12 +7,14 @@
 
 #include <cmath>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "colour/blank_page.h"
 #include "colour/codes.h"
 #include "colour/controller.h"
 #include "paired.h"
+#include "pango_peer.h"
 #include "platform/host/toolkit.h"
 
 namespace {
@@ -23,6 +25,7 @@ constexpr std::size_t kScreenBytes = std::size_t{1404} * 1872 * 3;
 constexpr host::Point kUndo{1078, 50};
 constexpr host::Point kRedo{1171, 50};
 constexpr host::Point kColour{228, 50};
+constexpr host::Point kText{738, 50};
 
 lumora::colour::Controller& controller() { return *lumora::colour::Controller::Instance(); }
 
@@ -173,6 +176,42 @@ void Palette(benchmark::State& state) {
         });
 }
 BENCHMARK(Palette)->Iterations(200);
+
+/// One report while a shown box of 200 characters is moved, against memcpy of the page and Pango's own layout and
+/// rendering of the text.
+void LiveMove(benchmark::State& state) {
+    constexpr std::size_t kCharacters = 200;
+    constexpr host::Rect kBox{300, 600, 800, 500};
+    constexpr host::Point kBand{500, 600};  // on its upper edge, between two handles
+    startProgram();
+    std::string words;
+    while (words.size() < kCharacters) words += "The quick brown fox jumps over the lazy dog. ";
+    words.resize(kCharacters);
+    tap(kText);
+    controller().Handler(EventType::PointerDown, kBox.x, kBox.y);
+    controller().Handler(EventType::PointerUp, kBox.x + kBox.w - 1, kBox.y + kBox.h - 1);
+    if (!host::toolkit().loop.command([&words](host::Modal& keyboard) { return keyboard.type(words); })) {
+        return state.SkipWithError("no keyboard has opened");
+    }
+    controller().Handler(EventType::PointerDown, kBand.x, kBand.y);
+
+    PangoPeer pango(kBox.size());
+    std::vector<std::uint8_t> from(kPageBytes, 0xFF);
+    std::vector<std::uint8_t> to(kPageBytes);
+    int shift = 0;
+    comparePairs(
+        state,
+        [&] {
+            shift = (shift + 7) % 200;
+            controller().Handler(EventType::PointerReport, kBand.x + shift, kBand.y + shift);
+        },
+        [&] {
+            std::memcpy(to.data(), from.data(), kPageBytes);
+            pango.draw(words, "DejaVu Sans", host::toolkit().options.device, kBox.w, 0);
+        });
+    controller().Handler(EventType::PointerUp, kBand.x, kBand.y);
+}
+BENCHMARK(LiveMove)->Iterations(200);
 
 /// Memory of a full history, the page and the page to redo, over seven pages' own bytes.
 void HistoryMemory(benchmark::State& state) {

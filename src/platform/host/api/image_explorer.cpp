@@ -54,8 +54,6 @@ void Controller::Run(int /*mode*/, ICallback* callback) {
         create();
     } else if (!kit.options.picture.empty()) {
         open(pictureFromCommandLine(kit));
-    } else {
-        explorer.show();
     }
     const int status = kit.loop.run(script.get());
     shownExplorer = nullptr;

@@ -54,7 +54,7 @@ event_handler_t Loop::setHandler(event_handler_t handler) {
 
 void Loop::setHome(event_handler_t handler) {
     home_ = handler;
-    handler_ = handler;
+    setHandler(handler);
 }
 
 void Loop::enter(const Callback& callback) {
@@ -68,6 +68,7 @@ void Loop::enter(const Callback& callback) {
 }
 
 void Loop::event(int type, int par1, int par2) {
+    settle();
     Modal* const modal = modals_.top();
     if (modal != nullptr && isPointer(type)) {
         modal->pointer(type, {par1, par2});
@@ -118,16 +119,22 @@ void Loop::pointer(Input::Kind kind, Point at) {
 }
 
 int Loop::run(Player* player) {
+    // Before the explorer paints itself: a script that begins with a picture never needs its page.
+    act(player);
     settle();
     while (!stopped()) {
         passTime(player);
-        const Instant now = clock_.now();
-        if (!stopped()) panel_.advance();
-        fireTimers(now);
-        if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
+        act(player);
     }
     if (closed_ || interrupted_) leadHome();
     return status_;
+}
+
+void Loop::act(Player* player) {
+    const Instant now = clock_.now();
+    if (!stopped()) panel_.advance();
+    fireTimers(now);
+    if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
 }
 
 // A modal is cancelled, a press in progress is dropped, and an open popup takes the first tap; a program that is still

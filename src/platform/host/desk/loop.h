@@ -44,7 +44,8 @@ public:
     /// callback the one at which that callback was due, even if it has waited for the panel since.
     [[nodiscard]] Instant timersCountFrom() const { return firing_.value_or(clock_.now()); }
 
-    /// Installs the explorer's own handler, whose events are not traced and which gets no event 23 here.
+    /// Installs the explorer's own handler, whose events are not traced. It gets event 23 when something first has to
+    /// be seen; a picture that comes before spares it.
     void setHome(event_handler_t handler);
     /// True while the explorer's handler is the installed one.
     [[nodiscard]] bool atHome() const { return handler_ == home_; }
@@ -55,6 +56,8 @@ public:
     void enter(const Callback& callback);
     /// One toolkit event, exactly so: pointer events go to the open modal, all others to the handler.
     void event(int type, int par1, int par2);
+    /// Has the event 23 and the callbacks of closed modals that are still due delivered.
+    void settle();
     /// Lets the open modal do something, then closes it if it is done. False when none is open or `action` says that
     /// it makes no sense for this one.
     bool command(const std::function<bool(Modal&)>& action);
@@ -74,7 +77,8 @@ private:
     void deliver(int type, int par1, int par2);
     void fireTimers(Instant now);
     void fire(const DueTimer& timer);
-    void settle();
+    /// What is due at this instant.
+    void act(Player* player);
     void leadHome();
     [[nodiscard]] std::optional<Instant> nextInstant(const Player* player) const;
     void passTime(const Player* player);

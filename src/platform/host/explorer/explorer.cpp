@@ -16,7 +16,7 @@ constexpr int kRepaintAfterSleep = 43;
 constexpr int kButtonLabelSize = 26;  // units of 1/160 inch
 
 ButtonFace face(const Desk& desk, const char* key, const char* icon) {
-    return {.label = desk.languages.text(key), .icon = icon, .font = {desk.text.defaultFamily(0), kButtonLabelSize}};
+    return {.label = desk.languages.text(key), .icon = icon, .font = {.size = kButtonLabelSize}};
 }
 
 }  // namespace

@@ -129,7 +129,7 @@ Rect PagePainter::emptySheet(const Rect& room) const {
     return centredIn(room, {static_cast<int>(device.width * factor), static_cast<int>(pageHeight * factor)});
 }
 
-font_s PagePainter::font(int size) const { return {desk_.text.defaultFamily(0), size}; }
+font_s PagePainter::font(int size) const { return {.size = size}; }
 
 std::string captionOf(const PictureEntry& picture) {
     const std::string name = picture.file.stem().string();

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "platform/host/geometry.h"
+#include "platform/host/screen/huge_pages.h"
 
 namespace host {
 
@@ -49,6 +50,7 @@ BitmapPtr makeBitmap(int width, int height, int depth) {
     const std::size_t bytes = static_cast<std::size_t>(scanline) * static_cast<std::size_t>(height);
     auto* record = static_cast<bitmap_s*>(std::malloc(sizeof(bitmap_s) + bytes));
     if (record == nullptr) return nullptr;
+    preferHugePages(record, sizeof(bitmap_s) + bytes);
     *record = {static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), static_cast<std::uint16_t>(depth),
                static_cast<std::uint16_t>(scanline)};
     return BitmapPtr(record);

@@ -14,11 +14,7 @@ enum class PixelFormat { Grey8, Rgb24 };
 /// A block of pixels, rows packed, white at first.
 class Framebuffer {
 public:
-    Framebuffer(Size size, PixelFormat format)
-        : size_(size),
-          format_(format),
-          stride_(static_cast<std::size_t>(size.w) * (format == PixelFormat::Grey8 ? 1 : 3)),
-          pixels_(stride_ * static_cast<std::size_t>(size.h), 0xFF) {}
+    Framebuffer(Size size, PixelFormat format);
 
     [[nodiscard]] Size size() const { return size_; }
     [[nodiscard]] Rect bounds() const { return {0, 0, size_.w, size_.h}; }
@@ -44,9 +40,5 @@ private:
     std::size_t stride_;
     std::vector<std::uint8_t> pixels_;
 };
-
-inline bool Framebuffer::operator==(const Framebuffer& other) const {
-    return size_ == other.size_ && format_ == other.format_ && pixels_ == other.pixels_;
-}
 
 }  // namespace host

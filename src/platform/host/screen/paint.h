@@ -12,6 +12,8 @@ class Paint {
 public:
     Paint(Rgb colour, PixelFormat format);
 
+    /// True when all bytes of a pixel are the same.
+    [[nodiscard]] bool uniform() const { return uniform_; }
     /// Makes `count` pixels of a row this colour.
     void fill(std::uint8_t* pixels, int count) const;
     /// Lays the colour over one pixel, 0 (nothing) to 255 (all) of it.
@@ -20,7 +22,7 @@ public:
 private:
     std::uint8_t bytes_[3];
     int channels_;
-    bool uniform_;  ///< all bytes of a pixel are the same
+    bool uniform_;
 };
 
 /// Fills the part of `area` that lies inside the buffer.

@@ -74,7 +74,8 @@ Text::Engine::Engine(const Device& forDevice) : device(forDevice), fonts(pango_f
 Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& font, const TextStyle& style) const {
     const double pixels = std::clamp(device.scale * font.size * device.dpi / 160, 1.0, kLargestPixels);
     const Owned<PangoFontDescription> description(pango_font_description_new());
-    pango_font_description_set_family(description.get(), repairedUtf8(font.family).c_str());
+    const std::string& family = font.family.empty() ? catalog.defaultFamily(0) : font.family;
+    pango_font_description_set_family(description.get(), repairedUtf8(family).c_str());
     pango_font_description_set_absolute_size(description.get(), pixels * PANGO_SCALE);
 
     std::string text = repairedUtf8(utf8);

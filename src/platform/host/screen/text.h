@@ -9,9 +9,10 @@
 #include "platform/host/screen/screen.h"
 #include "platform/host/screen/text_block.h"
 
-/// The border's font handle: a family and a size in device-independent units (160 to the inch).
+/// The border's font handle: a family (empty: the default one) and a size in device-independent units (160 to the
+/// inch).
 struct font_s {
-    std::string family;
+    std::string family{};
     int size = 0;
 };
 

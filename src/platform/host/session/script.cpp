@@ -82,11 +82,13 @@ std::string cancel(const Stage& stage, const ScriptArguments&) {
 
 std::string screenshot(const Stage& stage, const ScriptArguments& arguments) {
     std::string error;
+    stage.loop.settle();
     return writePng(arguments.text, stage.screen.pixels(), error) ? "" : error;
 }
 
 std::string panel(const Stage& stage, const ScriptArguments& arguments) {
     std::string error;
+    stage.loop.settle();
     return writePng(arguments.text, stage.panel.shown(), error) ? "" : error;
 }
 
