@@ -5,17 +5,7 @@
 #include <random>
 #include <stdexcept>
 
-namespace {
-
-std::string inWords(const host::Input& input) {
-    using Kind = host::Input::Kind;
-    if (input.kind == Kind::Text) return "text " + input.text;
-    if (input.kind == Kind::Key) return "key " + std::to_string(static_cast<int>(input.key));
-    const std::string at = std::to_string(input.at.x) + "," + std::to_string(input.at.y);
-    return (input.kind == Kind::PointerDown ? "down " : input.kind == Kind::PointerMove ? "move " : "up ") + at;
-}
-
-}  // namespace
+#include "support/input_words.h"
 
 host::BrowserSettings browserSettings() {
     host::BrowserSettings settings;

@@ -26,7 +26,7 @@ public:
     /// Fills the area with noise and presents it.
     void presentNoise(host::Rect area);
 
-    /// The next input in words: "down 3,4", "move 3,4", "up 3,4", "key 0", "text a"; "nothing" when none comes in time.
+    /// The next input in words; "nothing" when none comes in time.
     std::string input(std::chrono::milliseconds limit = std::chrono::seconds(10));
 
     /// The panel's picture, 4 bytes a pixel, the last of them 0.

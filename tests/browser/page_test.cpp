@@ -104,7 +104,7 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     stroke({kFirstTile});  // "new picture"
     ASSERT_TRUE(comesTrue([this] { return pixel(kColour) == 0xFF0000; })) << "the toolbar";
     std::vector<Point> points;
-    for (int step = 0; step <= 20; ++step) points.push_back({100 + step * 20, 300 + step * 10});
+    for (int step = 0; step <= 5; ++step) points.push_back({100 + step * 80, 300 + step * 40});
     stroke(points);
     const auto inked = [this] { return (pixel({300, 400}) & 0xFF8080) == 0xFF0000; };
     EXPECT_TRUE(comesTrue(inked)) << "red ink";
