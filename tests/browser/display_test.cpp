@@ -111,7 +111,7 @@ TEST(BrowserDisturbance, RubbishAndHalfMessagesHoldNobodyUp) {
     EXPECT_LT(steady_clock::now() - start, 500ms);
 }
 
-TEST(BrowserDisturbance, AClientThatReadsNothingIsDroppedWhileOthersDraw) {
+TEST(BrowserDisturbance, AHangingClientIsDroppedWhileOthersDraw) {
     BrowserSettings settings = browserSettings();
     settings.patience = 2s;
     DisplayHost display(kLarge.size(), PixelFormat::Rgb24, settings);

@@ -109,18 +109,6 @@ TEST(Theme, InvertsNamesWithoutAFileAndSharesPictures) {
     }
 }
 
-TEST(Theme, PointerIsOpenTowardsThePopup) {
-    const Device device;
-    Theme theme(kTheme, device);
-    const auto pointer = theme.picture("context_menu_pointer");  // points left; the program turns it upwards
-    const auto pixel = [&](int x, int y) {
-        const std::uint8_t* rgba = host::bitmapRow(*pointer, y) + std::ptrdiff_t{x} * 4;
-        return rgba[3] == 0 ? '-' : rgba[0] == 255 ? 'w' : 'b';
-    };
-    // Beside the tip and the base it is clear; the base is white, the tip black.
-    EXPECT_EQ((std::string{pixel(0, 0), pixel(23, 70), pixel(23, 24), pixel(3, 24)}), "--wb");
-}
-
 TEST(Theme, WhatIsMissingIsToldOnceAndLeavesTheApplicationsPicture) {
     const Device device;
     Theme whole(kTheme, device);
@@ -184,14 +172,6 @@ TEST(Theme, ReadsSizesByIconByFamilyAndByDefault) {
         expectIcon(other, "bad", {50, 50}, 8);
         EXPECT_THAT(GetCapturedStderr(), HasSubstr(size));
     }
-}
-
-TEST(FindTheme, PrefersTheCommandLineThenTheEnvironment) {
-    ASSERT_EQ(setenv("COLOUR_THEME", "/from/environment", 1), 0);
-    EXPECT_EQ(host::findTheme("/chosen"), "/chosen");
-    EXPECT_EQ(host::findTheme(""), "/from/environment");
-    ASSERT_EQ(unsetenv("COLOUR_THEME"), 0);
-    EXPECT_TRUE(std::filesystem::exists(host::findTheme("") / "theme.ini"));
 }
 
 }  // namespace

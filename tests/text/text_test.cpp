@@ -43,8 +43,6 @@ TEST_P(TextScripts, AreShapedByAFontThatHasThem) {
     EXPECT_NE(ink(shaped).size(), ink(missing).size());
 }
 
-void PrintTo(const Script& script, std::ostream* out) { *out << script.name; }
-
 INSTANTIATE_TEST_SUITE_P(All, TextScripts,
                          testing::Values(Script{"Latin", kLatin}, Script{"Arabic", kArabic}, Script{"Hebrew", kHebrew},
                                          Script{"Devanagari", kDevanagari}, Script{"Thai", kThai}),
