@@ -1,19 +1,17 @@
 #include "browser/chromium.h"
 
-#include <SDL_image.h>
 #include <fcntl.h>
 #include <glib.h>
 #include <poll.h>
-#include <signal.h>
-#include <sys/wait.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <chrono>
-#include <filesystem>
 #include <stdexcept>
 #include <thread>
-#include <vector>
+
+#include "platform/host/files/surface_picture.h"
 
 namespace {
 
@@ -29,25 +27,7 @@ std::string inQuotes(const std::string& text) {
     return json + '"';
 }
 
-[[noreturn]] void becomeChromium(int commands, int answers, const std::string& profile) {
-    // The browser's DevTools pipe is descriptors 3 and 4; first out of each other's way.
-    const int in = fcntl(commands, F_DUPFD, 10);
-    const int out = fcntl(answers, F_DUPFD, 10);
-    dup2(in, 3);
-    dup2(out, 4);
-    const int nowhere = open("/dev/null", O_RDWR);
-    dup2(nowhere, 1);
-    dup2(nowhere, 2);
-    setpgid(0, 0);
-    const std::string directory = "--user-data-dir=" + profile;
-    execl(kProgram, kProgram, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-          "--disable-background-networking", "--disable-component-update", "--disable-sync", "--hide-scrollbars",
-          "--remote-debugging-pipe", directory.c_str(), nullptr);
-    _exit(127);
-}
-
-}  // namespace
-
+/// The string value of a field; empty when there is none. Escapes are left as they are.
 std::string jsonField(const std::string& json, const std::string& name) {
     const std::string key = inQuotes(name) + ":\"";
     const std::size_t at = json.find(key);
@@ -56,34 +36,30 @@ std::string jsonField(const std::string& json, const std::string& name) {
     return json.substr(begin, json.find('"', begin) - begin);
 }
 
+int openPipe(const std::string& path) {
+    mkfifo(path.c_str(), 0600);
+    return open(path.c_str(), O_RDWR | O_CLOEXEC);  // both ways, so that it waits for nobody
+}
+
+}  // namespace
+
 bool Chromium::installed() { return std::filesystem::exists(kProgram); }
 
 Chromium::Chromium() {
-    std::string directory = std::filesystem::temp_directory_path() / "colour-chromium-XXXXXX";
-    profile_ = mkdtemp(directory.data());
-    std::array<int, 2> commands{};
-    std::array<int, 2> answers{};
-    if (pipe2(commands.data(), O_CLOEXEC) != 0 || pipe2(answers.data(), O_CLOEXEC) != 0) return;
-    signal(SIGPIPE, SIG_IGN);
-    pid_ = fork();
-    if (pid_ == 0) becomeChromium(commands[0], answers[1], profile_);
-    close(commands[0]);
-    close(answers[1]);
-    to_ = commands[1];
-    from_ = answers[0];
+    const std::string folder = profile_.path();
+    to_ = openPipe(folder + "/commands");
+    from_ = openPipe(folder + "/answers");
+    process_.emplace(kProgram +
+                     (" --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --hide-scrollbars"
+                      " --disable-background-networking --disable-component-update --disable-sync"
+                      " --remote-debugging-pipe --user-data-dir=" +
+                      folder + " 3<" + folder + "/commands 4>" + folder + "/answers >/dev/null 2>&1"));
 }
 
 Chromium::~Chromium() {
-    // The pipe's end is the browser's sign to go; what stays of its group after that is ended.
+    process_.reset();
     close(to_);
     close(from_);
-    for (int i = 0; i < 50 && waitpid(pid_, nullptr, WNOHANG) == 0; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
-    kill(-pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-    std::error_code ignored;
-    std::filesystem::remove_all(profile_, ignored);
 }
 
 std::string Chromium::receive() {
@@ -108,8 +84,8 @@ std::string Chromium::command(const std::string& method, const std::string& para
     if (write(to_, message.c_str(), message.size() + 1) < 0) throw std::runtime_error("chromium has ended");
     for (;;) {
         std::string answer = receive();
-        if (answer.compare(0, id.size(), id) != 0) continue;  // an event
-        if (answer.compare(id.size(), 8, "\"error\":") == 0) throw std::runtime_error(method + ": " + answer);
+        if (!answer.starts_with(id)) continue;  // an event
+        if (answer.starts_with(id + "\"error\":")) throw std::runtime_error(method + ": " + answer);
         return answer;
     }
 }
@@ -141,15 +117,14 @@ void Chromium::mouse(const std::string& type, host::Point at) {
 }
 
 void Chromium::strike(const std::string& key) {
-    command("Input.dispatchKeyEvent", R"("type":"keyDown","key":)" + inQuotes(key));
-    command("Input.dispatchKeyEvent", R"("type":"keyUp","key":)" + inQuotes(key));
+    for (const char* type : {"keyDown", "keyUp"})
+        command("Input.dispatchKeyEvent", "\"type\":" + inQuotes(type) + ",\"key\":" + inQuotes(key));
 }
 
-Chromium::Picture Chromium::screenshot() {
+host::BitmapPtr Chromium::screenshot() {
     const std::string encoded = jsonField(command("Page.captureScreenshot", R"("format":"png")"), "data");
     gsize size = 0;
-    guchar* png = g_base64_decode(encoded.c_str(), &size);
-    const Picture read(IMG_Load_RW(SDL_RWFromConstMem(png, static_cast<int>(size)), 1), SDL_FreeSurface);
-    g_free(png);
-    return {SDL_ConvertSurfaceFormat(read.get(), SDL_PIXELFORMAT_RGB24, 0), SDL_FreeSurface};
+    const std::unique_ptr<guchar, decltype(&g_free)> png(g_base64_decode(encoded.c_str(), &size), g_free);
+    std::string reason;
+    return host::recordFromSurface(*host::decodeSurface(host::PictureKind::Png, {png.get(), size}, reason), reason);
 }

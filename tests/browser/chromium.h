@@ -1,12 +1,12 @@
 #pragma once
 
-#include <map>
-#include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/host/geometry.h"
-
-struct SDL_Surface;
+#include "platform/host/screen/bitmap_record.h"
+#include "support/process.h"
+#include "support/temporary_folder.h"
 
 /// Debian's chromium without a screen, driven over the DevTools protocol on a pair of pipes.
 class Chromium {
@@ -28,24 +28,19 @@ public:
     void mouse(const std::string& type, host::Point at);
     /// Presses a key whose name is `key`, as the browser names it.
     void strike(const std::string& key);
-
-    using Picture = std::unique_ptr<SDL_Surface, void (*)(SDL_Surface*)>;
-    /// What the window shows, 24 bits R, G, B.
-    Picture screenshot();
+    /// What the window shows, of depth 24.
+    host::BitmapPtr screenshot();
 
 private:
     /// Sends a command with parameters in JSON; its answer.
     std::string command(const std::string& method, const std::string& parameters);
     std::string receive();
 
-    std::string profile_;
+    TemporaryFolder profile_;
     int to_ = -1;
     int from_ = -1;
-    int pid_ = -1;
+    std::optional<Process> process_;
     int commands_ = 0;
     std::string session_;
     std::string received_;
 };
-
-/// The string value of a field in JSON; empty when there is none. Escapes are left as they are.
-std::string jsonField(const std::string& json, const std::string& name);

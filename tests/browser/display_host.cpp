@@ -5,11 +5,16 @@
 #include <random>
 #include <stdexcept>
 
-using namespace std::chrono_literals;
+#include "support/input_words.h"
 
-DisplayHost::DisplayHost(host::Size size, host::PixelFormat format, host::BrowserSettings settings)
-    : shown_(size, format) {
+host::BrowserSettings browserSettings() {
+    host::BrowserSettings settings;
     settings.page = COLOUR_SOURCE_DIR "/theme/browser";
+    return settings;
+}
+
+DisplayHost::DisplayHost(host::Size size, host::PixelFormat format, const host::BrowserSettings& settings)
+    : shown_(size, format) {
     std::string error;
     testing::internal::CaptureStdout();
     display_ = host::openBrowser(settings, size, format, error);
@@ -27,9 +32,9 @@ DisplayHost::~DisplayHost() {
 
 void DisplayHost::loop(const std::stop_token& stop) {
     while (!stop.stop_requested()) {
-        std::optional<host::Input> input = display_->wait(std::nullopt);
+        const std::optional<host::Input> input = display_->wait(std::nullopt);
         const std::scoped_lock lock(mutex_);
-        if (input) inputs_.push_back(std::move(*input));
+        if (input) inputs_.push_back(inWords(*input));
         for (; !tasks_.empty(); tasks_.pop_front()) tasks_.front()();
     }
 }
@@ -56,30 +61,29 @@ void DisplayHost::presentNoise(host::Rect area) {
     });
 }
 
-std::optional<host::Input> DisplayHost::input(std::chrono::milliseconds limit) {
+std::string DisplayHost::input(std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
-    while (std::chrono::steady_clock::now() < end) {
+    for (;;) {
         {
             const std::scoped_lock lock(mutex_);
             if (!inputs_.empty()) {
-                host::Input first = inputs_.front();
+                const std::string first = inputs_.front();
                 inputs_.pop_front();
                 return first;
             }
         }
-        std::this_thread::sleep_for(2ms);
+        if (std::chrono::steady_clock::now() > end) return "nothing";
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
-    return {};
 }
 
 std::string DisplayHost::picture() {
     std::string pixels;
-    const auto channel = [](const std::uint8_t* pixel, int index) { return static_cast<char>(pixel[index]); };
     for (int y = 0; y < shown_.size().h; ++y) {
         for (int x = 0; x < shown_.size().w; ++x) {
-            const std::uint8_t* pixel = shown_.at(x, y);
+            const auto* pixel = reinterpret_cast<const char*>(shown_.at(x, y));
             const int step = shown_.bytesPerPixel() / 3;
-            pixels += {channel(pixel, 0), channel(pixel, step), channel(pixel, 2 * step), '\0'};
+            pixels += {pixel[0], pixel[step], pixel[2 * step], '\0'};
         }
     }
     return pixels;

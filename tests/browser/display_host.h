@@ -6,17 +6,19 @@
 #include <future>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <thread>
 
 #include "platform/host/panel/browser_display.h"
 
+/// With the page of the source tree.
+host::BrowserSettings browserSettings();
+
 /// A browser display that runs as in the program, on a thread of its own; its inputs are kept for the test.
 class DisplayHost {
 public:
     explicit DisplayHost(host::Size size, host::PixelFormat format = host::PixelFormat::Rgb24,
-                         host::BrowserSettings settings = {});
+                         const host::BrowserSettings& settings = browserSettings());
     ~DisplayHost();
 
     /// Runs `task` between two waits of the display, and returns when it is done.
@@ -24,8 +26,8 @@ public:
     /// Fills the area with noise and presents it.
     void presentNoise(host::Rect area);
 
-    /// The next input; nothing when none comes within a second or the time given.
-    std::optional<host::Input> input(std::chrono::milliseconds limit = std::chrono::seconds(1));
+    /// The next input in words; "nothing" when none comes in time.
+    std::string input(std::chrono::milliseconds limit = std::chrono::seconds(10));
 
     /// The panel's picture, 4 bytes a pixel, the last of them 0.
     std::string picture();
@@ -40,6 +42,6 @@ private:
     host::Framebuffer shown_;
     std::mutex mutex_;
     std::deque<std::packaged_task<void()>> tasks_;
-    std::deque<host::Input> inputs_;
+    std::deque<std::string> inputs_;
     std::jthread thread_;
 };

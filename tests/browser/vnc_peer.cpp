@@ -55,17 +55,6 @@ std::string Peer::read(std::size_t count) {
 
 VncPeer::VncPeer(int port, const std::string& password) : Peer(port) {
     send(read(12));
-    authenticate(password);
-    if (!admitted_) return;
-    send("\1");
-    const std::string init = read(24);
-    read(static_cast<std::size_t>(number(init, 20, 4)));
-    size_ = {number(init, 0, 2), number(init, 2, 2)};
-    picture_.resize(static_cast<std::size_t>(size_.w) * static_cast<std::size_t>(size_.h) * 4);
-    send(std::string("\2\0\0\1", 4) + big(0, 4));
-}
-
-void VncPeer::authenticate(const std::string& password) {
     const std::string types = read(static_cast<std::size_t>(number(read(1), 0, 1)));
     send(types.substr(0, 1));
     if (types == "\2") {
@@ -75,6 +64,13 @@ void VncPeer::authenticate(const std::string& password) {
         send(challenge);
     }
     admitted_ = read(4) == std::string(4, '\0');
+    if (!admitted_) return;
+    send("\1");
+    const std::string init = read(24);
+    read(static_cast<std::size_t>(number(init, 20, 4)));
+    size_ = {number(init, 0, 2), number(init, 2, 2)};
+    picture_.resize(static_cast<std::size_t>(size_.w) * static_cast<std::size_t>(size_.h) * 4);
+    send(std::string("\2\0\0\1", 4) + big(0, 4));
 }
 
 void VncPeer::request(bool incremental, host::Rect area) {

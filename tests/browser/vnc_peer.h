@@ -29,14 +29,12 @@ public:
 
     /// False when the password was refused.
     [[nodiscard]] bool admitted() const { return admitted_; }
-    [[nodiscard]] host::Size size() const { return size_; }
 
     void request(bool incremental, host::Rect area);
     /// Reads one update into the picture; the rectangles it had.
     std::vector<host::Rect> readUpdate();
     /// Asks for the whole panel and reads it.
     const std::string& readPicture();
-    [[nodiscard]] const std::string& picture() const { return picture_; }
 
     void pointer(int buttons, host::Point at);
     void key(std::uint32_t keysym, bool down);
@@ -44,8 +42,6 @@ public:
     void clipboard(const std::string& latin1);
 
 private:
-    void authenticate(const std::string& password);
-
     bool admitted_ = false;
     host::Size size_{};
     std::string picture_;

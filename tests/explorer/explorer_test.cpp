@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "files/scratch.h"
 #include "platform/host/files/picture_file.h"
@@ -40,21 +41,18 @@ protected:
     }
 
     /// A small picture of that age; `contents` stands in for one that is damaged.
-    void addPicture(const std::string& name, int age, const std::string& contents = {}) {
-        const fs::path file = folder_ / ("My pictures/" + name);
+    void addPicture(const std::string& name, int age, const std::string& contents = {}, int width = 8) {
+        const fs::path file = folder_.write("My pictures/" + name, contents);
         std::string error;
-        if (contents.empty()) {
-            ASSERT_TRUE(host::savePicture(file, *scratch::noise(8, 6, 24), error, host::Sync::No)) << error;
-        } else {
-            scratch::write(file, {contents.begin(), contents.end()});
-        }
+        const host::BitmapPtr picture = scratch::noise(width, 60, 24);
+        ASSERT_TRUE(!contents.empty() || host::savePicture(file, *picture, error, host::Sync::No)) << error;
         fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::minutes(age));
     }
 
-    void tap(const Tile& tile) {
-        explorer_->handle(kDown, centre(tile).x, centre(tile).y);
-        explorer_->handle(kUp, centre(tile).x, centre(tile).y);
+    void events(std::initializer_list<std::pair<int, Point>> list) {
+        for (const auto& [type, at] : list) EXPECT_EQ(explorer_->handle(type, at.x, at.y), 1);
     }
+    void tap(const Tile& tile) { events({{kDown, centre(tile)}, {kUp, centre(tile)}}); }
 
     std::vector<Tile> tiles(Tile::Kind kind) {
         std::vector<Tile> found = explorer_->tiles();
@@ -93,17 +91,15 @@ TEST_F(ExplorerTest, TapsCreateOpenAndLeave) {
 TEST_F(ExplorerTest, PagesHoldTwelveTilesAndNeitherLoseNorRepeatAPicture) {
     for (int i = 0; i < 24; ++i) addPicture(std::to_string(i) + ".bmp", i);
     start();
-    std::vector<std::string> seen = names();
-    EXPECT_EQ(seen.size(), 11U);
-    tap(only(Tile::Kind::NextPage));
-    EXPECT_FALSE(has(Tile::Kind::NewPicture));
-    EXPECT_EQ(names().size(), 12U);
-    for (const std::string& name : names()) seen.push_back(name);
-    tap(only(Tile::Kind::NextPage));
-    for (const std::string& name : names()) seen.push_back(name);
-    EXPECT_FALSE(has(Tile::Kind::NextPage));
-    ASSERT_EQ(seen.size(), 24U);
-    for (int i = 0; i < 24; ++i) EXPECT_EQ(seen[static_cast<std::size_t>(i)], std::to_string(i) + ".bmp");
+    std::vector<std::string> seen;
+    for (const std::size_t pictures : {11U, 12U, 1U}) {
+        EXPECT_EQ(has(Tile::Kind::NewPicture), pictures == 11);
+        EXPECT_EQ(has(Tile::Kind::NextPage), pictures > 1);
+        EXPECT_EQ(names().size(), pictures);
+        for (const std::string& name : names()) seen.push_back(name);
+        if (has(Tile::Kind::NextPage)) tap(only(Tile::Kind::NextPage));
+    }
+    for (std::size_t i = 0; i < 24; ++i) EXPECT_EQ(seen.at(i), std::to_string(i) + ".bmp");
 
     // The last page loses its only picture while it is shown.
     fs::remove(folder_ / "My pictures/23.bmp");
@@ -137,9 +133,6 @@ TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {
     start();
     const Point create = centre(only(Tile::Kind::NewPicture));
     const Point picture = centre(only(Tile::Kind::Picture));
-    const auto events = [&](std::initializer_list<std::pair<int, Point>> list) {
-        for (const auto& [type, at] : list) EXPECT_EQ(explorer_->handle(type, at.x, at.y), 1);
-    };
     events({{kUp, create}});
     events({{kDown, {0, 0}}, {kUp, picture}});
     events({{kDown, picture}, {kUp, create}});
@@ -157,9 +150,9 @@ TEST_F(ExplorerTest, APressShowsAtOnceAndRefreshesItsTileAlone) {
     const host::Framebuffer before = desk_->screen.pixels();
     const Tile tile = only(Tile::Kind::Picture);
     desk_->display.areas.clear();
-    explorer_->handle(kDown, centre(tile).x, centre(tile).y);
+    events({{kDown, centre(tile)}});
     EXPECT_FALSE(desk_->screen.pixels() == before);
-    explorer_->handle(kMove, 0, 0);
+    events({{kMove, {0, 0}}});
     EXPECT_TRUE(desk_->screen.pixels() == before);
     EXPECT_TRUE(desk_->panel.shown() == before) << "the thumbnail has kept its colours";
     ASSERT_FALSE(desk_->display.areas.empty());
@@ -186,15 +179,12 @@ TEST_F(ExplorerTest, ADamagedPictureIsShownAsSuchAndNeverOpened) {
 }
 
 TEST_F(ExplorerTest, AMissingStorageIsSaidOnTheScreen) {
-    scratch::write(folder_ / "file", {1});
-    const host::Storage none(folder_ / "file");
+    const host::Storage none(folder_.write("file", "x"));
     TestDesk with;
     TestDesk without;
     Explorer(with.desk, storage_, {}).show();
-    Explorer explorer(without.desk, none, {});
-    explorer.show();
+    Explorer(without.desk, none, {}).show();
     EXPECT_FALSE(with.screen.pixels() == without.screen.pixels());
-    EXPECT_EQ(explorer.tiles().size(), 2U);
 }
 
 /// Bytes that this process has read by system calls.
@@ -207,33 +197,24 @@ long long bytesRead() {
     return value;
 }
 
-TEST_F(ExplorerTest, OnlyThePageIsReadAndOnlyOnce) {
-    const auto size = [this] { return static_cast<long long>(fs::file_size(folder_ / "My pictures/0.bmp")); };
-    for (int i = 0; i < 1000; ++i) addPicture(std::to_string(i) + ".bmp", i);
-    const host::BitmapPtr large = scratch::noise(300, 200, 24);
-    std::string error;
-    for (int i = 0; i < 40; ++i) {
-        const std::string file = folder_ / ("My pictures/" + std::to_string(i) + ".bmp");
-        const auto changed = fs::last_write_time(file);
-        ASSERT_TRUE(host::savePicture(file, *large, error, host::Sync::No));
-        fs::last_write_time(file, changed);
-    }
+TEST_F(ExplorerTest, OnlyThePageOfAThousandIsReadAndOnlyOnce) {
+    for (int i = 0; i < 1000; ++i) addPicture(std::to_string(i) + ".bmp", i, {}, i < 40 ? 1000 : 8);
+    const auto size = static_cast<long long>(fs::file_size(folder_ / "My pictures/0.bmp"));
     start();
-    const long long before = bytesRead();
-    desk_ = nullptr;
-    start();
-    const long long page = bytesRead() - before;
-    EXPECT_GE(page, 11 * size());
-    EXPECT_LT(page, 14 * size()) << "eleven pictures, and fonts and icons";
-    const long long again = bytesRead();
-    explorer_->show();
-    EXPECT_LT(bytesRead() - again, size()) << "nothing has changed";
-    ASSERT_TRUE(host::savePicture(folder_ / "My pictures/5.bmp", *scratch::noise(300, 200, 24, 2), error));
-    const long long changed = bytesRead();
-    const host::Framebuffer shown = desk_->screen.pixels();
-    explorer_->show();
-    EXPECT_GE(bytesRead() - changed, size());
-    EXPECT_LT(bytesRead() - changed, 2 * size());
+    const auto readBy = [](const std::function<void()>& action) {
+        const long long before = bytesRead();
+        action();
+        return bytesRead() - before;
+    };
+    const auto show = [this] { explorer_->show(); };
+    const long long page = readBy([this] { start(); });
+    EXPECT_GE(page, 11 * size);
+    EXPECT_LT(page, 14 * size) << "eleven pictures, and fonts and icons";
+    EXPECT_LT(readBy(show), size) << "nothing has changed";
+    addPicture("5.bmp", -1, {}, 1000);
+    const long long changed = readBy(show);
+    EXPECT_GE(changed, size);
+    EXPECT_LT(changed, 2 * size);
     EXPECT_EQ(names()[0], "5.bmp");
 }
 

@@ -120,28 +120,25 @@ TEST_F(PictureDamage, HeadersThatPromiseTooMuchAreRefused) {
     scratch::write(folder_ / "large.bmp", large);
     std::filesystem::resize_file(folder_ / "large.bmp", 11ULL << 30);  // takes no room on the disk
     expectRefused(folder_ / "large.bmp", "more pixels");
-}
 
-TEST_F(PictureDamage, APngThatPromisesMoreThanItHoldsIsRefused) {
     // The header of an 8000 × 8000 picture, with its true checksum, before the pixels of a small one.
-    save("small.png", *scratch::noise(7, 5, 24));
-    Bytes bytes = scratch::read(folder_ / "small.png");
-    const Bytes large{0, 0, 0x1F, 0x40, 0, 0, 0x1F, 0x40, 8, 2, 0, 0, 0, 0x89, 0x93, 0x3A, 0xA3};
-    std::copy(large.begin(), large.end(), bytes.begin() + 16);
-    scratch::write(folder_ / "lie.png", bytes);
+    Bytes png = samples()[3];
+    const Bytes header{0, 0, 0x1F, 0x40, 0, 0, 0x1F, 0x40, 8, 2, 0, 0, 0, 0x89, 0x93, 0x3A, 0xA3};
+    std::copy(header.begin(), header.end(), png.begin() + 16);
+    scratch::write(folder_ / "lie.png", png);
     expectRefused(folder_ / "lie.png", "promises more pixels than it holds");
 }
 
 TEST_F(PictureDamage, WhatIsNoPictureIsRefused) {
-    scratch::write(folder_ / "text.bmp", {'h', 'e', 'l', 'l', 'o'});
-    scratch::write(folder_ / "empty.bmp", {});
+    folder_.write("text.bmp", "hello");
+    folder_.write("empty.bmp", "");
     std::filesystem::create_directory(folder_ / "folder.bmp");
     ASSERT_EQ(::mkfifo((folder_ / "pipe.bmp").c_str(), 0600), 0);
-    expectRefused(folder_ / "text.bmp", "neither a BMP nor a PNG");
-    expectRefused(folder_ / "empty.bmp", "is empty");
-    expectRefused(folder_ / "folder.bmp", "not an ordinary file");
-    expectRefused(folder_ / "pipe.bmp", "not an ordinary file");
-    expectRefused(folder_ / "missing.bmp", "No such file");
+    for (const auto& [name, reason] :
+         {std::pair("text.bmp", "neither a BMP nor a PNG"), std::pair("empty.bmp", "is empty"),
+          std::pair("folder.bmp", "not an ordinary file"), std::pair("pipe.bmp", "not an ordinary file"),
+          std::pair("missing.bmp", "No such file")})
+        expectRefused(folder_ / name, reason);
     std::string error;
     EXPECT_EQ(host::loadPicture(folder_ / "two\nlines.bmp", error), nullptr);
     EXPECT_THAT(error, HasSubstr("two?lines.bmp"));

@@ -1,7 +1,6 @@
 // What is saved comes back whole, and pictures of every usual kind are read.
 #include "platform/host/files/picture_file.h"
 
-#include <SDL.h>
 #include <SDL_image.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,59 +35,54 @@ TEST_F(PictureFile, ComesBackAsItWasSaved) {
             }
         }
     }
+    const BitmapPtr picture = scratch::noise(47, 33, 24);
+    ASSERT_TRUE(save(folder_ / "a.png", *picture));
+    fs::rename(folder_ / "a.png", folder_ / "b.bmp");
+    EXPECT_TRUE(scratch::same(load(folder_ / "b.bmp").get(), picture.get())) << "the content counts, not the name";
 }
 
-TEST_F(PictureFile, FewerBitsBecomeTheSameGreys) {
-    const BitmapPtr two = host::makeBitmap(10, 1, 1);
-    bitmap_pixels(two.get())[0] = 0b10110000;
-    bitmap_pixels(two.get())[1] = 0b01000000;
-    const BitmapPtr sixteen = host::makeBitmap(3, 1, 4);
-    bitmap_pixels(sixteen.get())[0] = 0x0F;
-    bitmap_pixels(sixteen.get())[1] = 0x70;
-    for (const char* name : {"a.bmp", "a.png"}) {
-        ASSERT_TRUE(save(folder_ / name, *two));
-        const BitmapPtr black = load(folder_ / name);
-        EXPECT_EQ(Bytes(bitmap_pixels(black.get()), bitmap_pixels(black.get()) + 10),
-                  (Bytes{255, 0, 255, 255, 0, 0, 0, 0, 0, 255}));
-        ASSERT_TRUE(save(folder_ / name, *sixteen));
-        const BitmapPtr grey = load(folder_ / name);
-        EXPECT_EQ(Bytes(bitmap_pixels(grey.get()), bitmap_pixels(grey.get()) + 3), (Bytes{0, 255, 119}));
-    }
+/// A record with these first bytes of its pixels.
+BitmapPtr record(int width, int depth, const Bytes& bytes) {
+    BitmapPtr bitmap = host::makeBitmap(width, 1, depth);
+    std::copy(bytes.begin(), bytes.end(), bitmap_pixels(bitmap.get()));
+    return bitmap;
 }
 
-TEST_F(PictureFile, TransparentPartsAreWhite) {
-    const BitmapPtr picture = host::makeBitmap(3, 1, 32);
-    const Bytes pixels{10, 20, 30, 255, 10, 20, 30, 0, 0, 100, 255, 51};
-    std::copy(pixels.begin(), pixels.end(), bitmap_pixels(picture.get()));
-    for (const char* name : {"a.bmp", "a.png"}) {
-        ASSERT_TRUE(save(folder_ / name, *picture));
-        const BitmapPtr read = load(folder_ / name);
-        ASSERT_NE(read, nullptr) << error_;
-        EXPECT_EQ(Bytes(bitmap_pixels(read.get()), bitmap_pixels(read.get()) + 9),
-                  (Bytes{10, 20, 30, 255, 255, 255, 204, 224, 255}));
-        // Nothing is lost in the file: another program still finds colour and alpha.
-        SDL_Surface* loaded = IMG_Load((folder_ / name).c_str());
-        SDL_Surface* surface = SDL_ConvertSurfaceFormat(loaded, SDL_PIXELFORMAT_RGBA32, 0);
-        EXPECT_EQ(std::memcmp(surface->pixels, pixels.data(), pixels.size()), 0) << name;
-        SDL_FreeSurface(surface);
-        SDL_FreeSurface(loaded);
+TEST_F(PictureFile, FewerBitsBecomeGreysAndTransparentPartsWhite) {
+    struct Case {
+        BitmapPtr picture;
+        Bytes expected;
+    };
+    const Case cases[] = {
+        {record(10, 1, {0b10110000, 0b01000000}), {255, 0, 255, 255, 0, 0, 0, 0, 0, 255}},
+        {record(3, 4, {0x0F, 0x70}), {0, 255, 119}},
+        {record(3, 32, {10, 20, 30, 255, 10, 20, 30, 0, 0, 100, 255, 51}), {10, 20, 30, 255, 255, 255, 204, 224, 255}}};
+    for (const auto& [picture, expected] : cases) {
+        for (const char* name : {"a.bmp", "a.png"}) {
+            ASSERT_TRUE(save(folder_ / name, *picture)) << error_;
+            const BitmapPtr read = load(folder_ / name);
+            ASSERT_NE(read, nullptr) << error_;
+            EXPECT_EQ(scratch::pixels(*read), expected) << name;
+        }
     }
 }
 
 TEST_F(PictureFile, OtherProgramsReadWhatIsSaved) {
-    for (const int depth : {8, 24}) {
+    for (const int depth : {8, 24, 32}) {
         const BitmapPtr picture = scratch::noise(47, 33, depth);
-        ASSERT_TRUE(save(folder_ / "a.bmp", *picture));
-        SDL_Surface* loaded = SDL_LoadBMP((folder_ / "a.bmp").c_str());
-        SDL_Surface* surface = SDL_ConvertSurfaceFormat(loaded, SDL_PIXELFORMAT_RGB24, 0);
-        for (int y = 0; y < 33; ++y) {
-            const auto* row = static_cast<const std::uint8_t*>(surface->pixels) + y * surface->pitch;
-            for (int i = 0; i < 47 * 3; ++i) {
-                ASSERT_EQ(row[i], host::bitmapRow(*picture, y)[depth == 24 ? i : i / 3]) << y << " " << i;
+        for (const char* name : {"a.bmp", "a.png"}) {
+            ASSERT_TRUE(save(folder_ / name, *picture));
+            SDL_Surface* loaded = IMG_Load((folder_ / name).c_str());
+            SDL_Surface* surface = SDL_ConvertSurfaceFormat(loaded, SDL_PIXELFORMAT_RGBA32, 0);
+            for (int i = 0; i < 33 * 47; ++i) {
+                const auto* pixel = static_cast<const std::uint8_t*>(surface->pixels) + std::ptrdiff_t{i} * 4;
+                const std::uint8_t* stored = bitmap_pixels(picture.get()) + std::ptrdiff_t{i} * depth / 8;
+                for (int c = 0; c < 3; ++c) ASSERT_EQ(pixel[c], stored[depth == 8 ? 0 : c]) << name << " " << i;
+                ASSERT_EQ(pixel[3], depth == 32 ? stored[3] : 255) << "nothing is lost in the file";
             }
+            SDL_FreeSurface(surface);
+            SDL_FreeSurface(loaded);
         }
-        SDL_FreeSurface(surface);
-        SDL_FreeSurface(loaded);
     }
 }
 
@@ -147,32 +141,23 @@ TEST_F(PictureFile, EveryKindOfBmpIsRead) {
         const BitmapPtr picture = load(folder_ / "a.bmp");
         ASSERT_NE(picture, nullptr) << name << ": " << error_;
         ASSERT_EQ(picture->depth, 24) << name;
-        EXPECT_EQ(Bytes(bitmap_pixels(picture.get()), bitmap_pixels(picture.get()) + 18), expected) << name;
+        EXPECT_EQ(scratch::pixels(*picture), expected) << name;
     }
 }
 
 TEST_F(PictureFile, APaletteOfGreysGivesGreys) {
     const Bytes two{200, 200, 200, 0, 50, 50, 50, 0};
-    scratch::write(folder_ / "a.bmp", bmp(2, 1, 0, two, {0b01000000, 0, 0, 0, 0b10100000, 0, 0, 0}));
-    const BitmapPtr picture = load(folder_ / "a.bmp");
-    ASSERT_NE(picture, nullptr) << error_;
-    ASSERT_EQ(picture->depth, 8);
-    EXPECT_EQ(Bytes(bitmap_pixels(picture.get()), bitmap_pixels(picture.get()) + 6),
-              (Bytes{50, 200, 50, 200, 50, 200}));
-    // A full palette that runs downwards, which is no copy of the stored bytes.
-    Bytes inverted;
-    for (unsigned i = 0; i < 256; ++i) inverted.insert(inverted.end(), 4, static_cast<std::uint8_t>(255 - i));
-    scratch::write(folder_ / "a.bmp", bmp(-2, 8, 0, inverted, {0, 1, 2, 0, 253, 254, 255, 0}));
-    const BitmapPtr negative = load(folder_ / "a.bmp");
-    ASSERT_NE(negative, nullptr) << error_;
-    EXPECT_EQ(Bytes(bitmap_pixels(negative.get()), bitmap_pixels(negative.get()) + 6), (Bytes{255, 254, 253, 2, 1, 0}));
-}
-
-TEST_F(PictureFile, TheContentCountsNotTheName) {
-    const BitmapPtr picture = scratch::noise(47, 33, 24);
-    ASSERT_TRUE(save(folder_ / "a.png", *picture));
-    fs::rename(folder_ / "a.png", folder_ / "a.bmp");
-    EXPECT_TRUE(scratch::same(load(folder_ / "a.bmp").get(), picture.get())) << error_;
+    Bytes negative;  // a full palette that runs downwards, which is no copy of the stored bytes
+    for (unsigned i = 0; i < 256; ++i) negative.insert(negative.end(), 4, static_cast<std::uint8_t>(255 - i));
+    const std::pair<Bytes, Bytes> cases[] = {
+        {bmp(2, 1, 0, two, {0b01000000, 0, 0, 0, 0b10100000, 0, 0, 0}), {50, 200, 50, 200, 50, 200}},
+        {bmp(-2, 8, 0, negative, {0, 1, 2, 0, 253, 254, 255, 0}), {255, 254, 253, 2, 1, 0}}};
+    for (const auto& [bytes, expected] : cases) {
+        scratch::write(folder_ / "a.bmp", bytes);
+        const BitmapPtr picture = load(folder_ / "a.bmp");
+        ASSERT_NE(picture, nullptr) << error_;
+        EXPECT_EQ(scratch::pixels(*picture), expected);
+    }
 }
 
 TEST_F(PictureFile, KeepsPermissionsAndLinks) {

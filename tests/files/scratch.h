@@ -36,6 +36,11 @@ inline void write(const std::filesystem::path& file, const Bytes& bytes) {
     std::ofstream(file, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
 }
 
+/// All bytes of its pixels.
+inline Bytes pixels(const bitmap_s& bitmap) {
+    return {bitmap_pixels(&bitmap), bitmap_pixels(&bitmap) + host::pixelBytes(bitmap)};
+}
+
 /// A picture of noise, the same for the same seed.
 inline host::BitmapPtr noise(int width, int height, int depth, unsigned seed = 1) {
     host::BitmapPtr bitmap = host::makeBitmap(width, height, depth);

@@ -18,35 +18,21 @@ TEST(Storage, DevicePathsLieUnderTheRoot) {
     const scratch::Folder folder;
     const Storage storage(folder.path());
     EXPECT_EQ(storage.problem(), "");
-    EXPECT_EQ(storage.resolve("/mnt/ext1/My pictures/a.bmp"), folder / "My pictures/a.bmp");
-    EXPECT_EQ(storage.resolve("/mnt/ext1"), folder.path());
-    EXPECT_EQ(storage.resolve("/mnt/ext1//a"), folder / "a") << "never an absolute path of its own";
-    EXPECT_EQ(storage.resolve("/mnt/ext10/a"), "/mnt/ext10/a");
-    EXPECT_EQ(storage.resolve("/home/a.bmp"), "/home/a.bmp");
-    EXPECT_EQ(storage.resolve("a.bmp"), "a.bmp");
-}
-
-TEST(Storage, ANamedFileHasADevicePath) {
-    const scratch::Folder folder;
-    const Storage storage(folder.path());
-    EXPECT_EQ(storage.devicePath(folder / "My pictures/a.bmp"), "/mnt/ext1/My pictures/a.bmp");
-    EXPECT_EQ(storage.devicePath("/mnt/ext1/My pictures/a.bmp"), "/mnt/ext1/My pictures/a.bmp");
-    EXPECT_EQ(storage.devicePath(folder / "../a.bmp"), folder.path().parent_path() / "a.bmp");
-    EXPECT_EQ(storage.devicePath(folder.path().string() + "2/a.bmp"), folder.path().string() + "2/a.bmp");
-    EXPECT_EQ(storage.devicePath("a.bmp"), fs::current_path() / "a.bmp") << "the folder may change later";
-}
-
-TEST(Storage, AccessAndUnlinkGoThroughIt) {
-    const scratch::Folder folder;
-    const Storage storage(folder.path());
-    EXPECT_EQ(storage.access("/mnt/ext1/a.bmp", F_OK), -1);
-    scratch::write(folder / "a.bmp", {1});
-    EXPECT_EQ(storage.access("/mnt/ext1/a.bmp", F_OK), 0);
-    EXPECT_EQ(storage.unlink("/mnt/ext1/a.bmp"), 0);
-    EXPECT_FALSE(fs::exists(folder / "a.bmp"));
-    EXPECT_EQ(storage.unlink("/mnt/ext1/a.bmp"), -1);
-    EXPECT_EQ(storage.access(nullptr, F_OK), -1);
-    EXPECT_EQ(storage.unlink(nullptr), -1);
+    for (const auto& [path, file] : std::vector<std::pair<std::string, fs::path>>{
+             {"/mnt/ext1/My pictures/a.bmp", folder / "My pictures/a.bmp"},
+             {"/mnt/ext1", folder.path()},
+             {"/mnt/ext1//a", folder / "a"},  // never an absolute path of its own
+             {"/mnt/ext10/a", "/mnt/ext10/a"},
+             {"/home/a.bmp", "/home/a.bmp"},
+             {"a.bmp", "a.bmp"}})
+        EXPECT_EQ(storage.resolve(path), file) << path;
+    for (const auto& [file, path] : std::vector<std::pair<fs::path, std::string>>{
+             {folder / "My pictures/a.bmp", "/mnt/ext1/My pictures/a.bmp"},
+             {"/mnt/ext1/My pictures/a.bmp", "/mnt/ext1/My pictures/a.bmp"},
+             {folder / "../a.bmp", folder.path().parent_path() / "a.bmp"},
+             {folder.path().string() + "2/a.bmp", folder.path().string() + "2/a.bmp"},
+             {"a.bmp", fs::current_path() / "a.bmp"}})  // the folder may change later
+        EXPECT_EQ(storage.devicePath(file), path) << file;
 }
 
 TEST(Storage, WithoutADirectoryItLiesUnderTheDataHome) {
@@ -62,7 +48,7 @@ TEST(Storage, WithoutADirectoryItLiesUnderTheDataHome) {
 
 TEST(Storage, WhatIsInTheWayIsToldOnce) {
     const scratch::Folder folder;
-    scratch::write(folder / "file", {1});
+    folder.write("file", "x");
     testing::internal::CaptureStderr();
     const Storage storage(folder / "file");
     EXPECT_TRUE(storage.pictures().empty());
@@ -72,17 +58,15 @@ TEST(Storage, WhatIsInTheWayIsToldOnce) {
 
 TEST(Storage, HalfSavedPicturesOfKilledProgramsGoAway) {
     const scratch::Folder folder;
-    fs::create_directory(folder / "My pictures");
-    for (const std::string name : {".colour-1-0.part", ".colour-2-0.part", ".other.part", "old.bmp"}) {
-        scratch::write(folder / ("My pictures/" + name), {1});
-        const auto age = std::chrono::hours(name.find("-2-") != name.npos ? 0 : 2);
-        fs::last_write_time(folder / ("My pictures/" + name), fs::file_time_type::clock::now() - age);
+    // What is young another program may still be at.
+    const auto files = {std::tuple(".colour-1-0.part", 2, false), std::tuple(".colour-2-0.part", 0, true),
+                        std::tuple(".other.part", 2, true), std::tuple("old.bmp", 2, true)};
+    for (const auto& [name, hours, stays] : files) {
+        const fs::path file = folder.write(std::string("My pictures/") + name, "x");
+        fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(hours));
     }
     const Storage storage(folder.path());
-    EXPECT_FALSE(fs::exists(folder / "My pictures/.colour-1-0.part"));
-    EXPECT_TRUE(fs::exists(folder / "My pictures/.colour-2-0.part")) << "another program may still be at it";
-    EXPECT_TRUE(fs::exists(folder / "My pictures/.other.part"));
-    EXPECT_TRUE(fs::exists(folder / "My pictures/old.bmp"));
+    for (const auto& [name, hours, stays] : files) EXPECT_EQ(fs::exists(folder / "My pictures" / name), stays) << name;
 }
 
 TEST(Storage, PicturesAreListedNewestFirst) {

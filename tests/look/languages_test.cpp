@@ -2,9 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <set>
 
-#include "look/write_file.h"
 #include "platform/host/files/ini_file.h"
 #include "support/temporary_folder.h"
 
@@ -13,7 +13,6 @@ namespace {
 using host::Languages;
 using ::testing::HasSubstr;
 using ::testing::Pair;
-using ::testing::StrEq;
 using ::testing::UnorderedElementsAre;
 using ::testing::internal::CaptureStderr;
 using ::testing::internal::GetCapturedStderr;
@@ -39,8 +38,8 @@ TEST(Languages, SpeakEveryTextInEveryLanguage) {
 
 TEST(Languages, FallBackToEnglishAndThenToTheKey) {
     const TemporaryFolder folder;
-    writeFile(folder.path() / "en.ini", "@Delete = Delete\n@Cancel = Cancel\n");
-    writeFile(folder.path() / "de.ini", "@Delete = Löschen\n");
+    folder.write("en.ini", "@Delete = Delete\n@Cancel = Cancel\n");
+    folder.write("de.ini", "@Delete = Löschen\n");
     const Languages german(folder.path(), "de");
     EXPECT_EQ(german.code(), "de");
     EXPECT_EQ(german.text("@Delete"), "Löschen");
@@ -50,35 +49,33 @@ TEST(Languages, FallBackToEnglishAndThenToTheKey) {
     EXPECT_EQ(german.translated("@Delete"), "Löschen");
 }
 
-struct Environment {
-    const char *all, *messages, *lang, *code;
-};
-
-TEST(Languages, FollowTheEnvironment) {
-    for (const Environment& at : {Environment{"", "", "de_DE.UTF-8", "de"}, Environment{"", "fr", "de_DE", "fr"},
-                                  Environment{"es@x", "fr", "de_DE", "es"}, Environment{"C", "", "de_DE", "en"},
-                                  Environment{"POSIX", "", "ru", "en"}, Environment{"C.UTF-8", "", "", "en"},
-                                  Environment{"", "", "", "en"}, Environment{"xx_YY", "", "de", "en"}}) {
-        setenv("LC_ALL", at.all, 1);
-        setenv("LC_MESSAGES", at.messages, 1);
-        setenv("LANG", at.lang, 1);
-        EXPECT_EQ(Languages(kLanguages, "").code(), at.code) << at.all << "|" << at.messages << "|" << at.lang;
+TEST(Languages, FollowTheOptionThenTheEnvironment) {
+    const std::array<const char*, 4> environments[] = {{"", "", "de_DE.UTF-8", "de"},
+                                                       {"", "fr", "de_DE", "fr"},
+                                                       {"es@x", "fr", "de_DE", "es"},
+                                                       {"C", "", "de_DE", "en"},
+                                                       {"POSIX", "", "ru", "en"},
+                                                       {"C.UTF-8", "", "", "en"},
+                                                       {"", "", "", "en"},
+                                                       {"xx_YY", "", "de", "en"}};
+    for (const auto& [all, messages, lang, code] : environments) {
+        setenv("LC_ALL", all, 1);
+        setenv("LC_MESSAGES", messages, 1);
+        setenv("LANG", lang, 1);
+        EXPECT_EQ(Languages(kLanguages, "").code(), code) << all << "|" << messages << "|" << lang;
         EXPECT_EQ(Languages(kLanguages, "ar").code(), "ar");
     }
-}
-
-TEST(Languages, NeverLeaveTheirFolder) {
     CaptureStderr();
     EXPECT_EQ(Languages(kLanguages, "../de").code(), "en");
-    EXPECT_THAT(GetCapturedStderr(), StrEq("colour: ../de: no such language here; English is used\n"));
+    EXPECT_EQ(GetCapturedStderr(), "colour: ../de: no such language here; English is used\n");
 }
 
 TEST(IniFile, ReadsValuesAndTellsBrokenLines) {
     const TemporaryFolder folder;
-    writeFile(folder.path() / "a.ini",
-              "\xEF\xBB\xBF"
-              "first = 1\r\n# note = 0\n; note = 0\n\n  spaced\t=  a = b  \nempty =\nno value\n= no key\n"
-              "[section]\nkey = x\nkey = y\n[broken\n[]\nlast=\x01\nlast=end");
+    folder.write("a.ini",
+                 "\xEF\xBB\xBF"
+                 "first = 1\r\n# note = 0\n; note = 0\n\n  spaced\t=  a = b  \nempty =\nno value\n= no key\n"
+                 "[section]\nkey = x\nkey = y\n[broken\n[]\nlast=\x01\nlast=end");
     CaptureStderr();
     const auto values = host::readIniFile(folder.path() / "a.ini");
     const std::string said = GetCapturedStderr();
@@ -87,9 +84,6 @@ TEST(IniFile, ReadsValuesAndTellsBrokenLines) {
                                               Pair("section.key", "y"), Pair("last", "end")));
     for (const char* place : {"a.ini:7:", "a.ini:8:", "a.ini:12:", "a.ini:14:"}) EXPECT_THAT(said, HasSubstr(place));
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 4) << said;
-}
-
-TEST(IniFile, NeedsAFile) {
     EXPECT_FALSE(host::readIniFile("/nowhere/a.ini"));
     EXPECT_FALSE(host::readIniFile(kLanguages));
 }

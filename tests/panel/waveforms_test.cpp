@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <random>
 
-#include "panel/fake_display.h"
+#include "panel/paint.h"
 #include "platform/host/panel/panel.h"
+#include "support/recording_display.h"
 
 namespace host {
 namespace {
@@ -34,23 +34,19 @@ struct WaveformsTest : testing::Test {
         panel.update(area, waveform);
     }
 
-    FakeDisplay display;
+    RecordingDisplay display;
     Clock clock{0L};
     Framebuffer screen{kSize, PixelFormat::Grey8};
     Panel panel{screen, display, clock, true};
 };
 
 TEST_F(WaveformsTest, EachWaveformTakesItsTimeAndWaitPassesIt) {
-    struct Case {
-        Waveform waveform;
-        int shortest, longest;  // ms
-    };
     int shade = 0;
     for (const auto& [waveform, shortest, longest] :
-         {Case{Waveform::Fast, 120, 260}, Case{Waveform::Regular, 440, 470}, Case{Waveform::Full, 1990, 2030}}) {
+         {std::tuple(Waveform::Fast, 120, 260), std::tuple(Waveform::Regular, 440, 470),
+          std::tuple(Waveform::Full, 1990, 2030)}) {
         const Instant begin = clock.now();
         draw(kAll, shade++, waveform);
-        EXPECT_TRUE(panel.nextStep());
         panel.wait();
         EXPECT_FALSE(panel.nextStep());
         EXPECT_GE(clock.now() - begin, milliseconds{shortest});
@@ -61,26 +57,14 @@ TEST_F(WaveformsTest, EachWaveformTakesItsTimeAndWaitPassesIt) {
 TEST_F(WaveformsTest, PixelsMoveGraduallyAndOnlyWhereTheyWereRefreshed) {
     draw(kLeft, 0x40, Waveform::Regular);
     EXPECT_EQ(at(5, 5), 0xFF) << "nothing moves before the first scan";
-    int before = 0xFF;
-    int steps = 0;
-    while (panel.nextStep()) {
+    for (int before = 0xFF; panel.nextStep(); before = at(5, 5)) {
         passUntil(static_cast<int>(panel.nextStep()->count()));
         EXPECT_LT(at(5, 5), before);
-        EXPECT_GE(at(5, 5), 0x40);
         EXPECT_EQ(at(20, 5), 0xFF);
-        before = at(5, 5);
-        ++steps;
     }
     EXPECT_EQ(at(5, 5), 0x40);
-    EXPECT_GE(steps, 4);
+    EXPECT_GE(display.areas.size(), 4U);
     for (const Rect& area : display.areas) EXPECT_EQ(area, kLeft);
-}
-
-TEST_F(WaveformsTest, ShowsThePictureOfTheCallNotALaterOne) {
-    draw(kLeft, 0x80, Waveform::Regular);
-    paint(screen, kLeft, 0x00);
-    panel.wait();
-    EXPECT_EQ(at(5, 5), 0x80);
 }
 
 TEST_F(WaveformsTest, OtherRegionsStartAtOnceTheSamePixelsWait) {
@@ -165,6 +149,7 @@ TEST_F(WaveformsTest, AnyUpdatesEndInThePictureThatWasAskedFor) {
         paint(screen, area.intersected(kAll), below(3) * 0x70);
         const auto waveform = static_cast<Waveform>(below(40) == 0 ? 2 : below(8) == 0 ? 1 : 0);
         for (Panel* each : {&panel, &lazy, &immediate}) each->update(area, waveform);
+        paint(screen, area.intersected(kAll), 0x38);  // what is drawn after the call is not shown by it
         passUntil(static_cast<int>(clock.now().count()) + below(20));
         if (below(300) > 0) continue;
         lazy.advance();
@@ -177,17 +162,16 @@ TEST_F(WaveformsTest, AnyUpdatesEndInThePictureThatWasAskedFor) {
 }
 
 TEST(WaveformsInRealTime, WaitReturnsWhenThePanelHasFinished) {
-    FakeDisplay display;
+    RecordingDisplay display;
     Clock clock;
     Framebuffer screen({8, 8}, PixelFormat::Rgb24);
     Panel panel(screen, display, clock, true);
     paint(screen, screen.bounds(), 0xFF0000);
-    panel.update(screen.bounds(), Waveform::Regular);
     const auto begin = std::chrono::steady_clock::now();
+    panel.update(screen.bounds(), Waveform::Regular);
     panel.wait();
     EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds{430});
     EXPECT_EQ(panel.shown(), screen);
-    EXPECT_GE(display.areas.size(), 4U) << "a person sees the steps";
 }
 
 }  // namespace

@@ -1,24 +1,21 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
-#include <cstring>
 #include <random>
 
 #include "platform/host/panel/area_scaler.h"
 #include "platform/host/panel/window_view.h"
+#include "support/area_mean.h"
 
 namespace host {
 namespace {
 
 using Pixels = std::vector<std::uint32_t>;
 
-PixelRows rows(Pixels& pixels, int width) {
-    return {reinterpret_cast<std::uint8_t*>(pixels.data()), static_cast<std::size_t>(width) * 4};
-}
-
 Pixels scaled(const Framebuffer& picture, Size to, Rect area) {
     Pixels pixels(static_cast<std::size_t>(area.w) * static_cast<std::size_t>(area.h));
-    AreaScaler(picture.size(), to).scale(picture, area, rows(pixels, area.w));
+    AreaScaler(picture.size(), to)
+        .scale(picture, area, {reinterpret_cast<std::uint8_t*>(pixels.data()), static_cast<std::size_t>(area.w) * 4});
     return pixels;
 }
 
@@ -68,21 +65,10 @@ TEST(AreaScaler, APixelIsTheMeanOfTheAreaThatItCovers) {
     const Framebuffer picture = noise({31, 23}, PixelFormat::Rgb24);
     for (const Size to : {Size{31, 23}, {17, 11}, {30, 22}, {8, 23}, {1, 1}, {62, 46}, {40, 50}}) {
         const Pixels pixels = scaled(picture, to);
-        for (int y = 0; y < to.h; ++y) {
-            for (int x = 0; x < to.w; ++x) {
-                const double left = x * 31.0 / to.w, right = (x + 1) * 31.0 / to.w;
-                const double top = y * 23.0 / to.h, bottom = (y + 1) * 23.0 / to.h;
-                double sum = 0;
-                for (int v = static_cast<int>(top); v < std::min(23.0, std::ceil(bottom)); ++v) {
-                    for (int u = static_cast<int>(left); u < std::min(31.0, std::ceil(right)); ++u) {
-                        const double wide = std::min(right, u + 1.0) - std::max(left, double(u));
-                        const double high = std::min(bottom, v + 1.0) - std::max(top, double(v));
-                        sum += picture.at(u, v)[1] * std::max(0.0, wide) * std::max(0.0, high);
-                    }
-                }
-                const std::uint32_t green = pixels[static_cast<std::size_t>(y * to.w + x)] >> 8 & 0xFF;
-                ASSERT_NEAR(green, sum / ((right - left) * (bottom - top)), 2.5) << to.w << ": " << x << ' ' << y;
-            }
+        for (int i = 0; i < to.w * to.h; ++i) {
+            const double green = pixels[static_cast<std::size_t>(i)] >> 8 & 0xFF;
+            const auto stored = [&](int x, int y) { return picture.at(x, y)[1]; };
+            ASSERT_NEAR(green, areaMean({31, 23}, to, {i % to.w, i / to.w}, stored), 2.5) << to.w << ": " << i;
         }
     }
 }
@@ -92,14 +78,13 @@ TEST(AreaScaler, WhiteStaysWhiteAndAPartIsCutFromTheWhole) {
         const Framebuffer white({97, 61}, format);
         const Framebuffer picture = noise({97, 61}, format);
         for (const Size to : {Size{97, 61}, {70, 44}, {50, 31}, {13, 8}, {150, 100}}) {
-            for (const std::uint32_t pixel : scaled(white, to)) ASSERT_EQ(pixel, 0xFFFFFFU);
+            EXPECT_THAT(scaled(white, to), testing::Each(0xFFFFFFU));
             const Pixels whole = scaled(picture, to);
             const Rect area{to.w / 3, to.h / 4, to.w / 2, to.h / 2};
             const Pixels part = scaled(picture, to, area);
             for (int y = 0; y < area.h; ++y) {
-                ASSERT_EQ(0, std::memcmp(&part[static_cast<std::size_t>(y * area.w)],
-                                         &whole[static_cast<std::size_t>((area.y + y) * to.w + area.x)],
-                                         static_cast<std::size_t>(area.w) * 4));
+                const auto row = whole.begin() + (area.y + y) * to.w + area.x;
+                ASSERT_TRUE(std::equal(row, row + area.w, part.begin() + y * area.w)) << y;
             }
         }
     }

@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <string_view>
 
 /// A folder of its own for one test, removed with it.
 class TemporaryFolder {
@@ -19,6 +21,13 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+    /// Writes a file of that name, with the folders that it needs.
+    std::filesystem::path write(const std::string& name, std::string_view content) const {
+        std::filesystem::create_directories((path_ / name).parent_path());
+        std::ofstream(path_ / name, std::ios::binary) << content;
+        return path_ / name;
+    }
 
 private:
     std::filesystem::path path_;

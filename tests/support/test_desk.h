@@ -2,21 +2,9 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "platform/host/desk/desk.h"
-
-/// Notes the areas that it is given.
-class RecordingDisplay final : public host::Display {
-public:
-    void present(const host::Framebuffer& /*shown*/, host::Rect area) override { areas.push_back(area); }
-    std::optional<host::Input> wait(std::optional<std::chrono::milliseconds> /*timeout*/) override {
-        return std::nullopt;
-    }
-    void wake() override {}
-
-    std::vector<host::Rect> areas;
-};
+#include "support/recording_display.h"
 
 inline host::Device defaultPanel() { return {}; }
 inline host::Device smallGreyPanel() { return {.width = 600, .height = 800, .dpi = 167, .colour = false}; }

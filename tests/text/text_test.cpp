@@ -61,23 +61,31 @@ protected:
     std::unique_ptr<font_s> font_ = text_.open(nullptr, 24);
 };
 
-class TextScripts : public TextTest, public testing::WithParamInterface<const char*> {};
+struct Script {
+    const char* name;
+    const char* words;
+};
+
+class TextScripts : public TextTest, public testing::WithParamInterface<Script> {};
 
 TEST_P(TextScripts, FillTheBoxAndStayInside) {
-    const Rect inked = ink(drawn(kBox, repeated(GetParam(), 1023)));
+    const Rect inked = ink(drawn(kBox, repeated(GetParam().words, 1023)));
     EXPECT_TRUE(inside(inked, kBox));
     EXPECT_GT(inked.w, kBox.w * 8 / 10);
     EXPECT_GT(inked.h, kBox.h * 6 / 10);
 }
 
 TEST_P(TextScripts, AreShapedByAFontThatHasThem) {
-    const Screen shaped = drawn(kBox, repeated(GetParam(), 24));
+    const Screen shaped = drawn(kBox, repeated(GetParam().words, 24));
     const Screen missing = drawn(kBox, repeated("\x01", 8));
     EXPECT_FALSE(ink(shaped).empty());
     EXPECT_NE(ink(shaped).size(), ink(missing).size());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, TextScripts, testing::Values(kLatin, kArabic, kHebrew, kDevanagari, kThai));
+INSTANTIATE_TEST_SUITE_P(All, TextScripts,
+                         testing::Values(Script{"Latin", kLatin}, Script{"Arabic", kArabic}, Script{"Hebrew", kHebrew},
+                                         Script{"Devanagari", kDevanagari}, Script{"Thai", kThai}),
+                         [](const auto& script) { return script.param.name; });
 
 TEST_F(TextTest, StartsOnTheSideOfItsScript) {
     const int middle = kBox.x + kBox.w / 2;

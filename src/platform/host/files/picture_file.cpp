@@ -133,7 +133,7 @@ bool save(const std::filesystem::path& path, const bitmap_s& bitmap, Sync sync, 
     }
     ReplacedFile file;
     const bool written =
-        file.open(path) && (format == ".png" ? writePng(file, *picture, reason) : writeBmp(file, *picture));
+        file.open(path) && (format == ".png" ? encodePng(file, *picture, reason) : writeBmp(file, *picture));
     if (written && file.commit(sync)) return true;
     if (file.failed()) reason = file.reason();
     return false;

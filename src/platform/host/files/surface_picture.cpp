@@ -89,24 +89,6 @@ std::size_t writeThrough(SDL_RWops* stream, const void* bytes, std::size_t size,
     return file->append({static_cast<const std::uint8_t*>(bytes), size * count}) ? count : 0;
 }
 
-SurfacePtr borrowSurface(const bitmap_s& bitmap) {
-    const Uint32 format = bitmap.depth == 8    ? SDL_PIXELFORMAT_INDEX8
-                          : bitmap.depth == 24 ? SDL_PIXELFORMAT_RGB24
-                                               : SDL_PIXELFORMAT_RGBA32;
-    // The encoder only reads the pixels.
-    void* pixels = const_cast<std::uint8_t*>(bitmap_pixels(&bitmap));
-    SurfacePtr surface(
-        SDL_CreateRGBSurfaceWithFormatFrom(pixels, bitmap.width, bitmap.height, bitmap.depth, bitmap.scanline, format));
-    if (surface == nullptr || bitmap.depth != 8) return surface;
-    std::array<SDL_Color, 256> greys{};
-    for (std::size_t i = 0; i < greys.size(); ++i) {
-        const auto grey = static_cast<std::uint8_t>(i);
-        greys[i] = {grey, grey, grey, 255};
-    }
-    SDL_SetPaletteColors(surface->format->palette, greys.data(), 0, static_cast<int>(greys.size()));
-    return surface;
-}
-
 }  // namespace
 
 SurfacePtr decodeSurface(PictureKind kind, std::span<const std::uint8_t> bytes, std::string& reason) {
@@ -138,8 +120,9 @@ BitmapPtr recordFromSurface(SDL_Surface& surface, std::string& reason) {
     return bitmap;
 }
 
-bool writePng(ReplacedFile& file, const bitmap_s& bitmap, std::string& reason) {
-    const SurfacePtr surface = borrowSurface(bitmap);
+bool encodePng(ReplacedFile& file, const bitmap_s& bitmap, std::string& reason) {
+    const SurfacePtr surface =
+        borrowSurface(bitmap_pixels(&bitmap), {bitmap.width, bitmap.height}, bitmap.depth, bitmap.scanline);
     const std::unique_ptr<SDL_RWops, CloseStream> stream(SDL_AllocRW());
     if (surface != nullptr && stream != nullptr) {
         stream->type = SDL_RWOPS_UNKNOWN;

@@ -1,21 +1,14 @@
 #pragma once
 
-#include <SDL.h>
-
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
 
 #include "platform/host/files/replaced_file.h"
 #include "platform/host/screen/bitmap_record.h"
+#include "platform/host/screen/surface.h"
 
 namespace host {
-
-struct FreeSurface {
-    void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
-};
-using SurfacePtr = std::unique_ptr<SDL_Surface, FreeSurface>;
 
 enum class PictureKind { Bmp, Png };
 
@@ -26,7 +19,7 @@ enum class PictureKind { Bmp, Png };
 /// `reason`, when it does not fit a record, memory is short, or pixels share a byte (decoders unpack them).
 [[nodiscard]] BitmapPtr recordFromSurface(SDL_Surface& surface, std::string& reason);
 
-/// Writes a picture of depth 8, 24 or 32. False, with the reason in `reason` or in the file, on failure.
-[[nodiscard]] bool writePng(ReplacedFile& file, const bitmap_s& bitmap, std::string& reason);
+/// Writes a picture of depth 8, 24 or 32 as PNG. False, with the reason in `reason` or in the file, on failure.
+[[nodiscard]] bool encodePng(ReplacedFile& file, const bitmap_s& bitmap, std::string& reason);
 
 }  // namespace host

@@ -5,8 +5,10 @@
 #include <array>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <string_view>
+
+#include "platform/host/screen/surface.h"
+#include "platform/host/screen/tone.h"
 
 namespace host {
 
@@ -20,11 +22,6 @@ constexpr int kLargestSide = 4096;
 /// A drawing on its grid that would fill less than this part of the picture is stretched over it instead: on a
 /// very coarse panel, size counts more than sharp lines.
 constexpr double kLeastFill = 0.75;
-
-struct FreeSurface {
-    void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
-};
-using SurfacePtr = std::unique_ptr<SDL_Surface, FreeSurface>;
 
 /// Where the drawing stands in its picture, in samples.
 Rect placeDrawing(const IconLayout& layout) {
@@ -77,9 +74,10 @@ struct Mean {
 
     [[nodiscard]] std::uint8_t greyOnWhite() const {
         constexpr int kFull = 255 * kSamples * kSamples;
-        constexpr int kRed = 299, kGreen = 587, kBlue = 114;  // thousandths, the luma of BT.601
-        const int light = (kRed * colour[0] + kGreen * colour[1] + kBlue * colour[2]) / 1000 + (kFull - alpha) * 255;
-        return static_cast<std::uint8_t>((light + kFull / 2) / kFull);
+        const auto onWhite = [this](int sum) {
+            return static_cast<std::uint8_t>((sum + (kFull - alpha) * 255 + kFull / 2) / kFull);
+        };
+        return luminance({onWhite(colour[0]), onWhite(colour[1]), onWhite(colour[2])});
     }
 
     void writeStraight(std::uint8_t* rgba) const {

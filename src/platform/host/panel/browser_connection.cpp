@@ -13,7 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kSilence = 300ms;   // a VNC client says nothing before it is greeted; a browser asks well before this
-constexpr auto kPatience = 10s;    // for a client to take anything, or to finish its request
 constexpr auto kAdmission = 120s;  // to type a password in
 constexpr auto kFarewell = 2s;     // to take the last bytes
 constexpr std::size_t kLargestHead = 8192;
@@ -24,8 +23,9 @@ constexpr std::string_view kVncAnswer = "RFB ";
 
 }  // namespace
 
-BrowserConnection::BrowserConnection(Descriptor socket, VncScreen& screen, const BrowserPages& pages, SteadyTime now)
-    : socket_(std::move(socket)), screen_(screen), pages_(pages), deadline_(now + kSilence) {}
+BrowserConnection::BrowserConnection(Descriptor socket, VncScreen& screen, const BrowserPages& pages,
+                                     std::chrono::milliseconds patience, SteadyTime now)
+    : socket_(std::move(socket)), screen_(screen), pages_(pages), patience_(patience), deadline_(now + kSilence) {}
 
 bool BrowserConnection::wantsToReceive() const { return output_.size() - sent_ < kMostWaiting; }
 
@@ -47,7 +47,7 @@ void BrowserConnection::receive(SteadyTime now) {
 }
 
 void BrowserConnection::sort(std::string_view bytes, SteadyTime now) {
-    if (head_.empty()) deadline_ = now + kPatience;
+    if (head_.empty()) deadline_ = now + patience_;
     head_ += bytes;
     if (head_.substr(0, kVncAnswer.size()) == kVncAnswer) {
         meetClient(now);
@@ -152,7 +152,7 @@ void BrowserConnection::send(SteadyTime now) {
 void BrowserConnection::setDeadline(SteadyTime now) {
     if (phase_ != Phase::Panel) return;
     const bool stalls = wantsToSend();
-    if (stalls && !stalled_) deadline_ = now + kPatience;
+    if (stalls && !stalled_) deadline_ = now + patience_;
     if (!stalls && client_->admitted()) deadline_.reset();
     stalled_ = stalls;
 }

@@ -20,7 +20,9 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 /// screen and pages from it.
 class BrowserConnection {
 public:
-    BrowserConnection(Descriptor socket, VncScreen& screen, const BrowserPages& pages, SteadyTime now);
+    /// `patience` is for a client to take anything, or to finish its request.
+    BrowserConnection(Descriptor socket, VncScreen& screen, const BrowserPages& pages,
+                      std::chrono::milliseconds patience, SteadyTime now);
 
     /// Reads what has come and acts on it.
     void receive(SteadyTime now);
@@ -53,6 +55,7 @@ private:
     Descriptor socket_;
     VncScreen& screen_;
     const BrowserPages& pages_;
+    std::chrono::milliseconds patience_;
     Phase phase_ = Phase::Undecided;
     std::string head_;  ///< of a request that is not whole yet
     std::optional<WebSocketReader> webSocket_;

@@ -31,10 +31,12 @@ constexpr auto kRest = 1s;                          // when no connection can be
 
 class BrowserDisplay : public Display {
 public:
-    BrowserDisplay(Listener listener, BrowserPages pages, Size panel, const std::string& password)
+    BrowserDisplay(Listener listener, BrowserPages pages, Size panel, const std::string& password,
+                   std::chrono::milliseconds patience)
         : listener_(std::move(listener)),
           pages_(std::move(pages)),
           screen_(panel, password),
+          patience_(patience),
           wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
     void present(const Framebuffer& shown, Rect area) override { screen_.present(shown, area); }
@@ -53,6 +55,7 @@ private:
     Listener listener_;
     BrowserPages pages_;
     VncScreen screen_;
+    std::chrono::milliseconds patience_;
     Descriptor wake_;
     std::list<BrowserConnection> connections_;
     SteadyTime acceptFrom_{};
@@ -116,7 +119,7 @@ int BrowserDisplay::timeToWait(std::optional<SteadyTime> until, SteadyTime now) 
 void BrowserDisplay::accept(SteadyTime now) {
     Descriptor socket = acceptFrom(listener_);
     if (socket) {
-        connections_.emplace_back(std::move(socket), screen_, pages_, now);
+        connections_.emplace_back(std::move(socket), screen_, pages_, patience_, now);
         return;
     }
     // Out of descriptors, say: the listener stays readable, so trying on would be a busy loop.
@@ -166,7 +169,7 @@ std::unique_ptr<Display> openBrowser(const BrowserSettings& settings, Size panel
     Listener listener = listenOn(settings.listen, settings.port, error);
     if (!listener.socket) return nullptr;
     std::cout << "http://" << listener.host << ':' << listener.port << '/' << std::endl;
-    return std::make_unique<BrowserDisplay>(std::move(listener), std::move(pages), panel, password);
+    return std::make_unique<BrowserDisplay>(std::move(listener), std::move(pages), panel, password, settings.patience);
 }
 
 }  // namespace host

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -13,6 +14,8 @@ struct BrowserSettings {
     std::string listen;          ///< numeric address to listen on; empty: loopback
     std::string passwordFile;    ///< its first line is the password; needed with `listen`
     std::filesystem::path page;  ///< directory of the page: index.html and what it loads
+    /// For a client to take anything, or to finish its request, before it is dropped.
+    std::chrono::milliseconds patience = std::chrono::seconds(10);
 };
 
 /// Shows the panel on a local web page and to any VNC client, all on one port, and prints the page's address on

@@ -106,8 +106,8 @@ void VncClient::deliver(std::string_view message) {
         ended_ = !connect(message);
         return;
     }
-    std::optional<std::string> vetted(message);
-    if (stage() == VncStage::Normal) vetted = vettedVncMessage(message);
+    const std::optional<std::string> vetted =
+        stage() == VncStage::Normal ? vettedVncMessage(message) : std::string(message);
     if (!vetted || send(link_.get(), vetted->data(), vetted->size(), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) {
         ended_ = true;
         return;

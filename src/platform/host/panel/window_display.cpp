@@ -10,6 +10,7 @@
 #include "platform/host/panel/window_icon.h"
 #include "platform/host/panel/window_input.h"
 #include "platform/host/panel/window_view.h"
+#include "platform/host/screen/surface.h"
 
 namespace host {
 
@@ -23,11 +24,7 @@ constexpr Uint8 kBorderGrey = 0x80;
 struct CloseWindow {
     void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
 };
-struct FreeSurface {
-    void operator()(SDL_Surface* surface) const { SDL_FreeSurface(surface); }
-};
 using Window = std::unique_ptr<SDL_Window, CloseWindow>;
-using Surface = std::unique_ptr<SDL_Surface, FreeSurface>;
 
 SDL_Rect sdlRect(Rect r) { return {r.x, r.y, r.w, r.h}; }
 
@@ -223,7 +220,7 @@ private:
     WindowView view_;
     AreaScaler scaler_;
     WindowInput input_;
-    Surface staging_;  ///< for screens of another pixel format
+    SurfacePtr staging_;  ///< for screens of another pixel format
     Uint32 wakeEvent_;
     const Framebuffer* shown_ = nullptr;
     std::vector<Rect> dirty_;  ///< of the panel, not yet in the window

@@ -1,20 +1,8 @@
 #pragma once
 
-#include <vector>
-
-#include "platform/host/panel/display.h"
+#include "platform/host/screen/framebuffer.h"
 
 namespace host {
-
-/// Notes the areas that it is given.
-class FakeDisplay final : public Display {
-public:
-    void present(const Framebuffer& /*shown*/, Rect area) override { areas.push_back(area); }
-    std::optional<Input> wait(std::optional<std::chrono::milliseconds> /*timeout*/) override { return std::nullopt; }
-    void wake() override {}
-
-    std::vector<Rect> areas;
-};
 
 /// Makes every pixel of `area` of that colour; on grey its blue part counts.
 inline void paint(Framebuffer& picture, Rect area, Rgb colour) {
