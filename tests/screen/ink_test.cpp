@@ -24,43 +24,35 @@ Framebuffer inked(const std::vector<Piece>& pieces, int width) {
     return screen.pixels();
 }
 
-/// The curve as many points, with the length from the stroke's start to each.
+/// The curve's length and, for each pixel within reach of it, how far off it lies and how far along.
 struct Trail {
-    explicit Trail(const std::vector<Piece>& pieces) {
+    Trail(const std::vector<Piece>& pieces, double reach)
+        : distance(kSheet.w * kSheet.h, 1e9), along(kSheet.w * kSheet.h) {
         constexpr double kApart = 0.05;
+        PointD last = pointAt(pieces.front(), 0);
         for (const Piece& piece : pieces) {
             const int parts = std::max(1, static_cast<int>(piece.x.length / kApart));
             for (int i = 0; i <= parts; ++i) {
                 const PointD at = pointAt(piece, piece.x.length * i / parts);
-                if (!points.empty()) length += std::hypot(at.x - points.back().x, at.y - points.back().y);
-                points.push_back(at);
-                lengths.push_back(length);
+                length += std::hypot(at.x - last.x, at.y - last.y);
+                last = at;
+                measureAround(at, reach);
+            }
+        }
+    }
+    void measureAround(PointD p, double reach) {
+        for (int y = static_cast<int>(p.y - reach); y <= p.y + reach + 1; ++y) {
+            for (int x = static_cast<int>(p.x - reach); x <= p.x + reach + 1; ++x) {
+                const double d = std::hypot(x - p.x, y - p.y);
+                const auto pixel = static_cast<std::size_t>(y * kSheet.w + x);
+                if (d >= distance[pixel]) continue;
+                distance[pixel] = d;
+                along[pixel] = length;
             }
         }
     }
 
-    std::vector<PointD> points;
-    std::vector<double> lengths;
     double length = 0;
-};
-
-/// For each pixel near the trail: its distance, and how far along the trail its nearest point lies.
-struct Map {
-    Map(const Trail& trail, double reach) : distance(kSheet.w * kSheet.h, 1e9), along(kSheet.w * kSheet.h) {
-        for (std::size_t i = 0; i < trail.points.size(); ++i) {
-            const PointD p = trail.points[i];
-            for (int y = static_cast<int>(p.y - reach); y <= p.y + reach + 1; ++y) {
-                for (int x = static_cast<int>(p.x - reach); x <= p.x + reach + 1; ++x) {
-                    const double d = std::hypot(x - p.x, y - p.y);
-                    const auto pixel = static_cast<std::size_t>(y * kSheet.w + x);
-                    if (d >= distance[pixel]) continue;
-                    distance[pixel] = d;
-                    along[pixel] = trail.lengths[i];
-                }
-            }
-        }
-    }
-
     std::vector<double> distance;
     std::vector<double> along;
 };
@@ -90,8 +82,7 @@ double unlikeness(int darkness, double distance, int width) {
 
 void expectOneEvenStroke(const std::vector<Piece>& pieces, int width) {
     const Framebuffer pixels = inked(pieces, width);
-    const Trail trail(pieces);
-    const Map map(trail, width / 2.0 + 3);
+    const Trail trail(pieces, width / 2.0 + 3);
     const double expected = trail.length * width + std::numbers::pi * width * width / 4;
     EXPECT_NEAR(totalDarkness(pixels), expected, 0.01 * expected);
 
@@ -100,11 +91,11 @@ void expectOneEvenStroke(const std::vector<Piece>& pieces, int width) {
     std::vector<double> windows(static_cast<std::size_t>(trail.length / kWindow) + 3);
     int stray = 0;
     int unlike = 0;
-    for (std::size_t i = 0; i < map.distance.size(); ++i) {
+    for (std::size_t i = 0; i < trail.distance.size(); ++i) {
         const int darkness = 255 - pixels.at(0, 0)[i];
-        unlike += unlikeness(darkness, map.distance[i], width) > 2.5 ? 1 : 0;
-        stray += darkness != 0 && map.distance[i] > width / 2.0 + 1 ? 1 : 0;
-        const double place = map.along[i] / kWindow;
+        unlike += unlikeness(darkness, trail.distance[i], width) > 2.5 ? 1 : 0;
+        stray += darkness != 0 && trail.distance[i] > width / 2.0 + 1 ? 1 : 0;
+        const double place = trail.along[i] / kWindow;
         const auto window = static_cast<std::size_t>(place);
         windows[window] += darkness * (1 - (place - std::floor(place)));
         windows[window + 1] += darkness * (place - std::floor(place));
@@ -144,9 +135,9 @@ TEST(Ink, SharpTurnsMatchTheWholeStroke) {
                                                    {119, 102}});
     for (const int width : {1, 3, 18}) {
         const Framebuffer pixels = inked(zigzag, width);
-        const Map map(Trail(zigzag), width / 2.0 + 3);
-        for (std::size_t i = 0; i < map.distance.size(); ++i) {
-            ASSERT_LE(unlikeness(255 - pixels.at(0, 0)[i], map.distance[i], width), 5) << "width " << width;
+        const Trail trail(zigzag, width / 2.0 + 3);
+        for (std::size_t i = 0; i < trail.distance.size(); ++i) {
+            ASSERT_LE(unlikeness(255 - pixels.at(0, 0)[i], trail.distance[i], width), 5) << "width " << width;
         }
     }
 }

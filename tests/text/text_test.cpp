@@ -31,8 +31,6 @@ std::string repeated(std::string_view words, std::size_t bytes) {
 /// A grey 600 × 400 screen with the default font in 24 units (25 pixels at 167 dpi).
 class TextTest : public testing::Test {
 protected:
-    static Device device() { return {600, 400, 167, 1.0, false, 0}; }
-
     Screen drawn(Rect box, std::string_view utf8, const TextStyle& style = {}) {
         return drawnIn(*font_, box, utf8, style);
     }
@@ -56,7 +54,7 @@ protected:
 
     static bool inside(Rect inner, Rect outer) { return inner.empty() || inner.intersected(outer) == inner; }
 
-    Device device_ = device();
+    Device device_{600, 400, 167, 1.0, false, 0};
     Text text_{device_};
     std::unique_ptr<font_s> font_ = text_.open(nullptr, 24);
 };
@@ -112,15 +110,6 @@ TEST_F(TextTest, NeverLeavesItsBox) {
         const TextStyle style{static_cast<Align>(number(0, 2)), static_cast<Wrap>(number(0, 1))};
         ASSERT_TRUE(inside(ink(drawnIn(*font, box, bytes, style)), box)) << "round " << round;
     }
-}
-
-TEST_F(TextTest, IsCutAtTheEdgesOfItsBox) {
-    const Screen whole = drawn({100, 100, 400, 200}, "gjÅ");
-    const Rect part{100, 100, 8, 18};
-    const Screen cut = drawn(part, "gjÅ", {Align::Start, Wrap::Words});
-    EXPECT_EQ(ink(cut).right(), part.right());
-    EXPECT_EQ(ink(cut).bottom(), part.bottom());
-    for (int y = part.y; y < part.bottom(); ++y) EXPECT_EQ(*whole.pixels().at(103, y), *cut.pixels().at(103, y));
 }
 
 TEST_F(TextTest, TakesBoxesAndSizesOfAnyValue) {
