@@ -11,7 +11,7 @@ int device_display_colormask();
 
 /// The hardware platform number. Platform 16 has a slow panel controller: its owner refreshes fast on every
 /// second move only.
-extern int (*_device_platform)();
+extern int (*_device_platform)();  // NOLINT(bugprone-reserved-identifier): its name on the device
 
 /// Process id for log lines; 1 in a scripted run, whose trace must not change from run to run.
 extern int g_process_pid;
