@@ -3,8 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -12,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "paired.h"
 #include "platform/host/files/picture_file.h"
 
 namespace {
@@ -19,18 +18,6 @@ namespace {
 constexpr int kWidth = 1404;
 constexpr int kHeight = 1764;
 constexpr int kRounds = 200;
-
-using Clock = std::chrono::steady_clock;
-
-double microseconds(Clock::time_point since) {
-    return std::chrono::duration<double, std::micro>(Clock::now() - since).count();
-}
-
-double median(std::vector<double> times) {
-    const auto middle = times.begin() + std::ssize(times) / 2;
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
-}
 
 /// A folder on the machine's disk, and a picture with something on it.
 struct Scene {
@@ -45,12 +32,6 @@ struct Scene {
     std::filesystem::path folder;
     host::BitmapPtr picture;
 };
-
-void report(benchmark::State& state, const std::vector<double>& ours, const std::vector<double>& peer) {
-    state.counters["us"] = median(ours);
-    state.counters["peer_us"] = median(peer);
-    state.counters["ratio"] = median(ours) / median(peer);
-}
 
 void writeBytes(const std::filesystem::path& file, const std::uint8_t* bytes, std::size_t size) {
     const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
@@ -67,15 +48,16 @@ void SavingThePage(benchmark::State& state) {
         for (int round = 0; round < kRounds; ++round) {
             std::filesystem::remove(scene.folder / "ours.bmp");
             std::filesystem::remove(scene.folder / "peer.bmp");
-            auto start = Clock::now();
-            if (!host::savePicture(scene.folder / "ours.bmp", *scene.picture, error, host::Sync::No)) std::abort();
-            ours.push_back(microseconds(start));
-            start = Clock::now();
-            writeBytes(scene.folder / "peer.bmp", bitmap_pixels(scene.picture.get()), host::pixelBytes(*scene.picture));
-            peer.push_back(microseconds(start));
+            ours.push_back(timed([&] {
+                if (!host::savePicture(scene.folder / "ours.bmp", *scene.picture, error, host::Sync::No)) std::abort();
+            }));
+            peer.push_back(timed([&] {
+                writeBytes(scene.folder / "peer.bmp", bitmap_pixels(scene.picture.get()),
+                           host::pixelBytes(*scene.picture));
+            }));
         }
     }
-    report(state, ours, peer);
+    reportRatio(state, ours, peer);
 }
 BENCHMARK(SavingThePage)->Iterations(1)->Unit(benchmark::kMillisecond);
 
@@ -88,20 +70,19 @@ void LoadingThePage(benchmark::State& state) {
     if (!host::savePicture(file, *scene.picture, error)) std::abort();
     for (auto _ : state) {
         for (int round = 0; round < kRounds; ++round) {
-            auto start = Clock::now();
-            const host::BitmapPtr loaded = host::loadPicture(file, error);
-            ours.push_back(microseconds(start));
+            host::BitmapPtr loaded;
+            ours.push_back(timed([&] { loaded = host::loadPicture(file, error); }));
             if (loaded == nullptr) std::abort();
-            start = Clock::now();
-            const std::size_t size = host::pixelBytes(*loaded);
-            const std::unique_ptr<void, decltype(&std::free)> fresh(std::malloc(size), &std::free);
-            const int descriptor = ::open(file.c_str(), O_RDONLY);
-            if (::read(descriptor, fresh.get(), size) != static_cast<ssize_t>(size)) std::abort();
-            ::close(descriptor);
-            peer.push_back(microseconds(start));
+            peer.push_back(timed([&] {
+                const std::size_t size = host::pixelBytes(*loaded);
+                const std::unique_ptr<void, decltype(&std::free)> fresh(std::malloc(size), &std::free);
+                const int descriptor = ::open(file.c_str(), O_RDONLY);
+                if (::read(descriptor, fresh.get(), size) != static_cast<ssize_t>(size)) std::abort();
+                ::close(descriptor);
+            }));
         }
     }
-    report(state, ours, peer);
+    reportRatio(state, ours, peer);
 }
 BENCHMARK(LoadingThePage)->Iterations(1)->Unit(benchmark::kMillisecond);
 
