@@ -152,7 +152,7 @@ TEST_F(PictureDamage, AFailedSaveLeavesTheOldPicture) {
     getrlimit(RLIMIT_FSIZE, &before);
     for (const char* name : {"old.bmp", "old.png"}) {
         const Bytes old = scratch::read(folder_ / name);
-        for (const rlim_t room : {0, 20, 2000, 24000}) {
+        for (const rlim_t room : {0UL, 20UL, 2000UL, 24000UL}) {
             const rlimit limit{room, before.rlim_max};
             setrlimit(RLIMIT_FSIZE, &limit);
             std::string error;

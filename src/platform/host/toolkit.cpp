@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -30,11 +32,19 @@ std::unique_ptr<Display> openBrowserDisplay(const Options& options) {
     return display;
 }
 
+bool displayIsNamed() {
+    constexpr std::array kNames = {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"};
+    return std::any_of(kNames.begin(), kNames.end(), [](const char* name) { return std::getenv(name) != nullptr; });
+}
+
 std::unique_ptr<Display> openDisplay(const Options& options) {
     if (options.display == DisplayKind::Headless) return openHeadless();
     if (options.display == DisplayKind::Browser) return openBrowserDisplay(options);
-    std::string error;
-    auto window = openWindow(options.device.bounds().size(), formatOf(options.device), "Colour", error);
+    // Where none is named nothing is tried: the libraries would print lines of their own about it.
+    const bool tried = options.display == DisplayKind::Window || displayIsNamed();
+    std::string error = "there is no display here";
+    auto window =
+        tried ? openWindow(options.device.bounds().size(), formatOf(options.device), "Colour", error) : nullptr;
     if (window != nullptr) return window;
     if (options.display == DisplayKind::Window) refuse(error);
     std::fprintf(stderr, "colour: %s; showing the panel in the browser instead\n", error.c_str());
