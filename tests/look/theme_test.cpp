@@ -132,7 +132,7 @@ TEST(Theme, WhatIsMissingIsToldOnceAndLeavesTheApplicationsPicture) {
 
 TEST(Theme, NumberThatIsNoneIsToldAndGivesTheFallback) {
     const TemporaryFolder folder;
-    writeFile(folder.path() / "theme.ini", "size=32\nlarge=99999999999\nword=28pt\n");
+    folder.write("theme.ini", "size=32\nlarge=99999999999\nword=28pt\n");
     const Device device;
     const Theme theme(folder.path(), device);
     EXPECT_EQ(theme.number("size", 7), 32);
