@@ -104,7 +104,7 @@ std::string Chromium::evaluate(const std::string& expression) {
 }
 
 bool Chromium::becomesTrue(const std::string& expression) {
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 600; ++i) {
         if (evaluate(expression) == "true") return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }

@@ -27,7 +27,7 @@ public:
     void presentNoise(host::Rect area);
 
     /// The next input in words; "nothing" when none comes in time.
-    std::string input(std::chrono::milliseconds limit = std::chrono::seconds(10));
+    std::string input(std::chrono::milliseconds limit = std::chrono::seconds(30));
 
     /// The panel's picture, 4 bytes a pixel, the last of them 0.
     std::string picture();

@@ -45,9 +45,9 @@ protected:
         return rgb[0] << 16 | rgb[1] << 8 | rgb[2];
     }
 
-    /// Waits ten seconds for it, and for as many screenshots.
+    /// Waits a minute for it.
     static bool comesTrue(const std::function<bool()>& condition) {
-        for (int i = 0; i < 100 && !condition(); ++i) std::this_thread::sleep_for(100ms);
+        for (int i = 0; i < 600 && !condition(); ++i) std::this_thread::sleep_for(100ms);
         return condition();
     }
 
