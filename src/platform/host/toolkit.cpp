@@ -30,8 +30,10 @@ std::unique_ptr<Display> openBrowserDisplay(const Options& options) {
     return display;
 }
 
-std::unique_ptr<Display> openDisplay(const Options& options) {
+std::unique_ptr<Display> openDisplay(const Options& options, Text& text) {
     if (options.display == DisplayKind::Headless) return openHeadless();
+    // Most of the time that a display takes to open it waits for others.
+    text.warmUp();
     if (options.display == DisplayKind::Browser) return openBrowserDisplay(options);
     std::string error;
     auto window = openWindow(options.device.bounds().size(), formatOf(options.device), "Colour", error);
@@ -60,7 +62,7 @@ Toolkit::Toolkit(Options chosen)
       languages(findTheme(options.theme) / "languages", options.language),
       text(options.device),
       screen(options.device.bounds().size(), formatOf(options.device)),
-      display(openDisplay(options)),
+      display(openDisplay(options, text)),
       panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
       modals(screen, panel, *display),
       loop(options.device.bounds().size(), wayBack(options.device), clock, *display, panel, modals, trace),
