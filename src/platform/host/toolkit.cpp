@@ -37,8 +37,10 @@ bool displayIsNamed() {
     return std::any_of(kNames.begin(), kNames.end(), [](const char* name) { return std::getenv(name) != nullptr; });
 }
 
-std::unique_ptr<Display> openDisplay(const Options& options) {
+std::unique_ptr<Display> openDisplay(const Options& options, Text& text) {
     if (options.display == DisplayKind::Headless) return openHeadless();
+    // Most of the time that a display takes to open it waits for others.
+    text.warmUp();
     if (options.display == DisplayKind::Browser) return openBrowserDisplay(options);
     // Where none is named nothing is tried: the libraries would print lines of their own about it.
     const bool tried = options.display == DisplayKind::Window || displayIsNamed();
@@ -70,7 +72,7 @@ Toolkit::Toolkit(Options chosen)
       languages(findTheme(options.theme) / "languages", options.language),
       text(options.device),
       screen(options.device.bounds().size(), formatOf(options.device)),
-      display(openDisplay(options)),
+      display(openDisplay(options, text)),
       panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
       modals(screen, panel, *display),
       loop(options.device.bounds().size(), wayBack(options.device), clock, *display, panel, modals, trace),

@@ -75,6 +75,8 @@ public:
         const SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
         if (surface == nullptr) return false;
         shrinkToPixels(*surface, size, inner);
+        // The empty panel stands there while the rest starts.
+        flush();
         return true;
     }
 

@@ -134,6 +134,16 @@ Text::Text(const Device& device) : device_(device) {}
 
 Text::~Text() = default;
 
+void Text::warmUp() {
+    warming_ = std::async(std::launch::async, [this] {
+        auto engine = std::make_unique<Engine>(device_);
+        // Finding the default font takes longer than all the rest.
+        constexpr int kAnySize = 32;
+        pango_layout_get_line_count(engine->layout("A", {.size = kAnySize}, {}).get());
+        return engine;
+    });
+}
+
 std::unique_ptr<font_s> Text::open(const char* family, int size) {
     if (size <= 0) return nullptr;
     const FontCatalog& catalog = engine().catalog;
@@ -184,7 +194,7 @@ const std::vector<std::string>& Text::families() { return engine().catalog.famil
 std::string Text::sample(const std::string& family) { return fontSample(engine().catalog.config(), family); }
 
 Text::Engine& Text::engine() const {
-    if (engine_ == nullptr) engine_ = std::make_unique<Engine>(device_);
+    if (engine_ == nullptr) engine_ = warming_.valid() ? warming_.get() : std::make_unique<Engine>(device_);
     return *engine_;
 }
 

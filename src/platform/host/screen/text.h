@@ -1,5 +1,6 @@
 #pragma once
 
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,6 +40,9 @@ public:
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;
 
+    /// Starts the font machinery beside the caller, who has something to wait for; the first text then waits for it.
+    void warmUp();
+
     /// Null when the size is not positive. An unknown or null family gives the default one; "Sans", "Serif" and
     /// "Monospace" give the default ones of their kind.
     [[nodiscard]] std::unique_ptr<font_s> open(const char* family, int size);
@@ -70,6 +74,7 @@ private:
     Engine& engine() const;
 
     const Device& device_;
+    mutable std::future<std::unique_ptr<Engine>> warming_;
     mutable std::unique_ptr<Engine> engine_;
 };
 
