@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "../tests/support/temporary_folder.h"
-#include "../tests/support/test_desk.h"
+#include "support/temporary_folder.h"
+#include "support/test_desk.h"
 #include "platform/host/explorer/explorer.h"
 #include "platform/host/files/picture_file.h"
 
