@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "support/temporary_folder.h"
-#include "support/test_desk.h"
 #include "platform/host/explorer/explorer.h"
 #include "platform/host/files/picture_file.h"
+#include "support/temporary_folder.h"
+#include "support/test_desk.h"
 
 namespace {
 
@@ -34,10 +34,10 @@ double median(std::vector<double> times) {
 
 /// The newest pictures are files of their own; all older ones share one, since a thousand would fill a disk.
 void fill(const fs::path& folder) {
-    const host::BitmapPtr picture = host::makeBitmap(1404, 1764, 24);
-    for (std::size_t i = 0; i < host::pixelBytes(*picture); ++i) {
-        bitmap_pixels(picture.get())[i] = static_cast<std::uint8_t>(i * i >> 9);
-    }
+    // A drawing: lines across two thirds of the paper.
+    host::Screen paper({1404, 1764}, host::PixelFormat::Rgb24);
+    for (int i = 0; i < 60; ++i) paper.line({100 + 7 * i, 200}, {1300 - 11 * i, 1376}, 0xFF0000 >> i % 24);
+    const host::BitmapPtr picture = paper.capture(paper.pixels().bounds());
     std::string error;
     const auto now = fs::file_time_type::clock::now();
     for (int i = 0; i < kPictures; ++i) {

@@ -1,6 +1,7 @@
 #include "platform/host/files/row_scaler.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host {
 
@@ -12,6 +13,17 @@ constexpr int kWhole = 256;
 
 /// The weight of the first `part` of `whole`. Weights are differences of these, so rounding never adds up.
 int weightOf(std::int64_t part, std::int64_t whole) { return static_cast<int>((part * kWhole + whole / 2) / whole); }
+
+bool isWhite(const std::uint8_t* row, std::size_t bytes) {
+    constexpr std::size_t kBlock = 256;
+    for (std::size_t start = 0; start < bytes; start += kBlock) {
+        const std::size_t end = std::min(start + kBlock, bytes);
+        std::uint8_t common = 0xFF;
+        for (std::size_t i = start; i < end; ++i) common &= row[i];
+        if (common != 0xFF) return false;
+    }
+    return true;
+}
 
 }  // namespace
 
@@ -53,6 +65,11 @@ void RowScaler::add(const std::uint8_t* row) {
 
 void RowScaler::addWeighted(const std::uint8_t* row, int weight) {
     if (weight == 0) return;
+    // Most of a drawing is paper.
+    if (isWhite(row, sums_.size())) {
+        whiteWeight_ += weight;
+        return;
+    }
     std::uint16_t* sums = sums_.data();
     const std::size_t bytes = sums_.size();
     const auto factor = static_cast<std::uint16_t>(weight);
@@ -61,6 +78,15 @@ void RowScaler::addWeighted(const std::uint8_t* row, int weight) {
 
 void RowScaler::finishRow() {
     std::uint8_t* into = &pixels_[static_cast<std::size_t>(rowsDone_++) * stride_];
+    const int white = std::exchange(whiteWeight_, 0);
+    if (white == kWhole) {
+        std::fill_n(into, stride_, std::uint8_t{0xFF});
+        return;
+    }
+    if (white > 0) {
+        const auto paper = static_cast<std::uint16_t>(0xFF * white);
+        for (std::uint16_t& sum : sums_) sum = static_cast<std::uint16_t>(sum + paper);
+    }
     if (channels_ == 1) {
         sumColumns<1>(into);
     } else {

@@ -47,6 +47,7 @@ private:
     int rowsDone_ = 0;
     std::int64_t reached_ = 0;  ///< of the present small row, in 1 / to.h of a row; it is full at from.h
     int weightSoFar_ = 0;
+    int whiteWeight_ = 0;  ///< of the rows in it that are all white, which are not in the sums
 };
 
 }  // namespace host
