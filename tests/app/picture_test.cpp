@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "platform/host/files/picture_file.h"
 #include "support/app.h"
@@ -41,14 +40,6 @@ TEST_F(Picture, IsShownCentredAndUnscaled) {
     EXPECT_EQ(App::pixel(kCanvasWidth - 3, top + 100), kWhite);
 }
 
-TEST_F(Picture, LargerThanTheCanvasNeverReachesTheToolbar) {
-    savePicture(app.file(kPath), kCanvasWidth + 5, kCanvasHeight + 205, 0x40);
-    app.open(kPath);
-    EXPECT_EQ(App::pixel(0, kCanvasTop + 1), 0x404040);
-    EXPECT_EQ(App::pixel(150, 2), kWhite);
-    EXPECT_THAT(app.calls(), testing::Contains("DrawBitmap -2 6 1409x1969x24"));
-}
-
 TEST_F(Picture, ThatDoesNotLoadIsAWhitePageAndKeepsItsPath) {
     app.open("/mnt/ext1/My pictures/none.bmp");
     EXPECT_EQ(App::pixel(700, 900), kWhite);
@@ -74,25 +65,6 @@ TEST_F(Picture, MadeWhiteAgainLosesItsFile) {
     app.open(kPath);
     app.tap(58, 50);
     EXPECT_FALSE(fs::exists(app.file(kPath)));
-}
-
-TEST_F(Picture, WithOnePixelOfInkIsWritten) {
-    app.open(kPath);
-    App::kit().screen.pixel({kCanvasWidth - 1, 1871}, 0xFFFFFE);
-    app.tap(58, 50);
-    EXPECT_TRUE(fs::exists(app.file(kPath)));
-}
-
-TEST_F(Picture, IsDeletedOnlyByTheSecondAnswer) {
-    savePicture(app.file(kPath), 40, 40, 0x40);
-    app.open(kPath);
-    app.tap(1341, 50);
-    app.answer(1);
-    EXPECT_TRUE(fs::exists(app.file(kPath)));
-    app.tap(1341, 50);
-    app.answer(2);
-    EXPECT_FALSE(fs::exists(app.file(kPath)));
-    EXPECT_EQ(App::pixel(702, 990), kWhite);
 }
 
 TEST_F(Picture, KeepsToolColourAndThicknessForTheNext) {

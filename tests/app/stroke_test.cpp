@@ -4,10 +4,7 @@
 
 #include "support/app.h"
 
-using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
-using testing::StartsWith;
 
 namespace {
 
@@ -80,37 +77,4 @@ TEST_F(Stroke, ShowsAllItsInkBeforeThePenIsLifted) {
             }
         }
     }
-}
-
-TEST_F(Stroke, OutsideTheCanvasIsNone) {
-    app.down(700, 107);
-    app.move(700, 300);
-    app.up(700, 400);
-    EXPECT_THAT(app.calls(), Not(Contains(StartsWith("drawXYSpline"))));
-}
-
-TEST_F(Stroke, LiftedOutsideEndsAtTheEdgeAndIsOneStep) {
-    app.down(700, 150);
-    app.move(700, 130);
-    app.up(700, 40);
-    EXPECT_THAT(app.calls(), Contains("drawXYSpline 700 130 700 108 100 0xFF0000 10"));
-    EXPECT_EQ(App::pixel(700, 120), kRed);
-    app.tap(1078, 50);
-    EXPECT_EQ(App::pixel(700, 120), kWhite);
-}
-
-TEST_F(Stroke, CancelsThePendingRefreshOfTheOneBefore) {
-    app.tap(300, 400);
-    App::kit().clock.advanceTo(host::Milliseconds(400));
-    app.down(300, 500);
-    EXPECT_FALSE(App::kit().loop.timers().takeDue(host::Milliseconds(500)).value_or(host::DueTimer{}).withContext);
-}
-
-TEST_F(Stroke, OfTheEraserClearsSquaresAndKeepsTheToolbar) {
-    const host::Framebuffer before = App::screenshot();
-    app.tap(700, 112);
-    app.tap(568, 50);
-    app.tap(700, 112);
-    app.tap(398, 50);
-    EXPECT_TRUE(App::screenshot() == before);
 }

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "colour/dp.h"
-#include "colour/text_frame.h"
 #include "support/app.h"
 
 using testing::Contains;
@@ -13,14 +11,6 @@ namespace {
 host::Device small() { return {.width = 1072, .height = 1448, .dpi = 227}; }
 
 }  // namespace
-
-TEST(Lengths, AreCutOffTowardZero) {
-    const App app({.dpi = 300});
-    EXPECT_EQ(quillo::dp(55.5), 104);
-    EXPECT_EQ(quillo::dp(50.1), 93);
-    EXPECT_EQ(quillo::dp(-3.0), -5);
-    EXPECT_EQ(quillo::dp(0), 0);
-}
 
 TEST(Toolbar, TakesAPressOnItsEdgesAndLeavesTheGapToTheCanvas) {
     App app;
@@ -45,14 +35,6 @@ TEST(Toolbar, MarksTheToolAndKeepsTheMarkForCommands) {
     EXPECT_THAT(app.calls(), Contains("DrawFrameRectCertifiedEx 505 100 128 8 8 15 31 4 0x000000 0xFFFFFF"));
 }
 
-TEST(Toolbar, StartsBlackOnAGreyPanel) {
-    App app({.width = 600, .height = 800, .dpi = 167, .colour = false});
-    app.create();
-    app.calls();
-    app.tap(300, 500);
-    EXPECT_THAT(app.calls(), Contains("drawXYSpline 300 500 300 500 100 0x000000 6"));
-}
-
 TEST(Palette, StandsWhereItsLengthsPutIt) {
     App app(small());
     app.create();
@@ -62,34 +44,6 @@ TEST(Palette, StandsWhereItsLengthsPutIt) {
     EXPECT_THAT(calls, Contains(StartsWith("DrawFrameRectCertifiedEx 79 100 448 224 ")));
     EXPECT_THAT(calls, Contains("FillAreaRect 128 133 64 64 0xFFFFFF"));
     EXPECT_THAT(calls, Contains("FillAreaRect 413 228 64 64 0xFFFFFF"));
-}
-
-TEST(Palette, RingsTheCurrentColourAndOutlinesWhite) {
-    App app;
-    app.create();
-    app.calls();
-    app.tap(228, 50);
-    const auto calls = app.calls();
-    EXPECT_THAT(calls, Contains("DrawFrameRectCertifiedEx 296 177 84 84 -2 15 15 42 0x000000 0xFFFFFF"));
-    EXPECT_EQ(std::count_if(calls.begin(), calls.end(),
-                            [](const std::string& line) {
-                                return line.starts_with("DrawFrameCertifiedEx") && line.find(" 66 66 1 ") != line.npos;
-                            }),
-              1);
-}
-
-TEST(Palette, GivesBlackAndWhite) {
-    App app;
-    app.create();
-    app.tap(228, 50);
-    app.tap(212, 219);
-    app.tap(700, 900);
-    app.tap(228, 50);
-    app.tap(590, 345);
-    app.calls();
-    app.tap(700, 900);
-    EXPECT_THAT(app.calls(), Contains("drawXYSpline 700 900 700 900 100 0xFFFFFF 10"));
-    EXPECT_EQ(App::pixel(700, 900), kWhite);
 }
 
 TEST(Thickness, ChangesTheLine) {

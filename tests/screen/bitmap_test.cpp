@@ -2,11 +2,8 @@
 
 #include <initializer_list>
 
-#include "platform/host/files/picture_file.h"
-#include "platform/host/screen/png_writer.h"
 #include "platform/host/screen/screen.h"
 #include "screen/pixels.h"
-#include "support/temporary_folder.h"
 
 namespace host {
 namespace {
@@ -44,59 +41,6 @@ TEST(Bitmap, EveryDepthShowsItsColours) {
     EXPECT_EQ(shown(alphas, PixelFormat::Rgb24), (Colours{0xFF0000, kWhite, 0x7F7FFF}));
     EXPECT_EQ(shown(alphas, PixelFormat::Rgb24, kBlack), (Colours{0xFF0000, kBlack, 0x000080}));
     EXPECT_EQ(shown(alphas, PixelFormat::Grey8), (Colours{0x4C4C4C, kWhite, 0x8E8E8E}));
-}
-
-TEST(Bitmap, BadRecordsDrawNothingAndSaySo) {
-    const BitmapPtr odd = rowOf(2, 8, {0, 0});
-    for (const int depth : {7, 24}) {
-        odd->depth = static_cast<std::uint16_t>(depth);
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(shown(odd, PixelFormat::Grey8), (Colours{kWhite, kWhite}));
-        EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("colour: ", 0), 0U);
-    }
-}
-
-TEST(Bitmap, TurnsClockwiseInEveryDepth) {
-    constexpr Size kSize{11, 5};
-    for (const int depth : {1, 4, 8, 24, 32}) {
-        const BitmapPtr picture = makeBitmap(kSize.w, kSize.h, depth);
-        for (std::size_t i = 0; i < pixelBytes(*picture); ++i) {
-            bitmap_pixels(picture.get())[i] = static_cast<std::uint8_t>(i * 73 + 19);
-        }
-        Screen before(kSize, PixelFormat::Rgb24);
-        before.draw({0, 0}, *picture);
-        for (const int turns : {0, 1, 2, 3}) {
-            const BitmapPtr turned = rotateBitmap(*picture, turns);
-            Screen after({turned->width, turned->height}, PixelFormat::Rgb24);
-            after.draw({0, 0}, *turned);
-            for (const Point at : everyPixel(kSize)) {
-                const Point places[] = {at,
-                                        {kSize.h - 1 - at.y, at.x},
-                                        {kSize.w - 1 - at.x, kSize.h - 1 - at.y},
-                                        {at.y, kSize.w - 1 - at.x}};
-                ASSERT_EQ(colourAt(before.pixels(), at), colourAt(after.pixels(), places[turns])) << depth;
-            }
-        }
-    }
-    EXPECT_NE(rotateBitmap(*makeBitmap(65535, 1, 1), 1), nullptr);
-    EXPECT_EQ(rotateBitmap(*makeBitmap(1, 40000, 24), 1), nullptr) << "its row would not fit a record";
-}
-
-TEST(Png, HoldsEveryPixel) {
-    const TemporaryFolder folder;
-    const std::string file = folder.path() / "screen.png";
-    std::string error;
-    for (const PixelFormat format : {PixelFormat::Grey8, PixelFormat::Rgb24}) {
-        Framebuffer pixels({47, 33}, format);
-        for (std::size_t i = 0; i < 33 * pixels.stride(); ++i) pixels.at(0, 0)[i] = static_cast<std::uint8_t>(i * 31);
-        ASSERT_TRUE(writePng(file, pixels, error)) << error;
-        Screen read({47, 33}, format);
-        read.draw({0, 0}, *loadPicture(file, error));
-        EXPECT_EQ(read.pixels(), pixels);
-    }
-    EXPECT_FALSE(writePng("/nowhere/at/all.png", Framebuffer({2, 2}, PixelFormat::Grey8), error));
-    EXPECT_NE(error.find("/nowhere/at/all.png"), std::string::npos);
-    EXPECT_FALSE(writePng("/dev/full", Framebuffer({200, 200}, PixelFormat::Rgb24), error));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <limits>
 
 #include "platform/host/screen/screen.h"
 #include "screen/pixels.h"
@@ -158,19 +157,6 @@ TEST(Ink, OverlapsNeverDarken) {
     }
 }
 
-TEST(Ink, AnotherColourCoversAnOlderStroke) {
-    Screen crossed({60, 60}, PixelFormat::Rgb24);
-    const Piece down = piecesOf({{30, 10}, {30, 50}})[0];
-    ink(crossed, down, 12);
-    ink(crossed, piecesOf({{10, 30}, {50, 30}})[0], 12, 0xFF0000);
-    EXPECT_EQ(colourAt(crossed.pixels(), {30, 30}), 0xFF0000);
-    EXPECT_EQ(colourAt(crossed.pixels(), {30, 15}), kBlack);
-    EXPECT_NEAR(crossed.pixels().at(30, 36)[0], 127.5, 1) << "the edge lies half over the old stroke";
-    EXPECT_EQ(crossed.pixels().at(30, 36)[1], 0);
-    ink(crossed, down, 12);
-    EXPECT_EQ(colourAt(crossed.pixels(), {30, 30}), kBlack) << "the first colour is a new ink again";
-}
-
 TEST(Ink, IsForgottenWhereAnythingElseIsDrawn) {
     const Piece piece = piecesOf({{20.5, 30}, {80.5, 30}})[0];
     const Rect area{40, 20, 30, 30};
@@ -230,28 +216,6 @@ TEST(Ink, TheScreenEdgeCutsAndTheRectangleHoldsAllChanges) {
             ASSERT_TRUE(darknessAt(small.pixels(), at) == 0 || changed.contains(at)) << i;
         }
     }
-}
-
-TEST(Ink, TakesPiecesOfAnyValue) {
-    constexpr double kFar = 1e9;
-    Screen screen({50, 40}, PixelFormat::Rgb24);
-    const Piece inside = piecesOf({{10, 10}, {20, 20}})[0];
-    std::vector<std::pair<Piece, int>> strange{{piecesOf({{kFar, 0}, {kFar, 90}})[0], 18}, {inside, 0}, {inside, -7}};
-    for (const double value : {std::nan(""), 1e300, -1e300, 1e155, std::numeric_limits<double>::infinity()}) {
-        strange.push_back({{{value, 1, 0, 0, 5}, {10, 0, 0, 0, 5}}, 18});
-        strange.push_back({{{10, 1, 0, 0, 5}, {10, value, 0, 0, 5}}, 18});
-        strange.push_back({{{10, 1, 0, 0, 5}, {10, 0, value, 1, 5}}, 18});
-        strange.push_back({{{10, 1, 0, 0, value}, {10, 1, 0, 0, 5}}, 18});
-    }
-    for (const auto& [piece, width] : strange) EXPECT_TRUE(ink(screen, piece, width).empty());
-    EXPECT_EQ(screen.pixels(), Framebuffer({50, 40}, PixelFormat::Rgb24));
-
-    ink(screen, piecesOf({{-kFar, 20}, {kFar, 20}})[0], 4);
-    EXPECT_EQ(colourAt(screen.pixels(), {0, 20}), kBlack);
-    EXPECT_NEAR(*screen.pixels().at(49, 22), 127.5, 1);
-    EXPECT_EQ(colourAt(screen.pixels(), {49, 23}), kWhite);
-    ink(screen, inside, std::numeric_limits<int>::max());
-    EXPECT_EQ(colourAt(screen.pixels(), {49, 39}), kBlack);
 }
 
 }  // namespace

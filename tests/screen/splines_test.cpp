@@ -86,21 +86,5 @@ TEST(Splines, AreNaturalAtBothEndsAndSmoothOnEvenPoints) {
     }
 }
 
-TEST(Splines, PointsInALineStayOnIt) {
-    std::vector<PointD> run;
-    for (const double place : {0, 1, 40, 41, 41, 30, 90}) run.push_back({7 + 3 * place, 5 - 2 * place});
-    for (const Piece& piece : piecesOf(run)) {
-        for (int k = 0; k <= 10; ++k) {
-            const PointD p = pointAt(piece, piece.x.length * k / 10);
-            EXPECT_NEAR(2 * (p.x - 7) + 3 * (p.y - 5), 0, 1e-9);
-        }
-    }
-    EXPECT_NEAR(apart(pointAt(piecesOf({{1, 2}, {4, 6}})[0], 2.5), {2.5, 4}), 0, 1e-12) << "two points";
-    for (const Piece& tap : piecesOf({{3, 4}, {3, 4}, {3, 4}})) {
-        EXPECT_EQ(tap.x.length, 0);
-        EXPECT_EQ(apart(pointAt(tap, 0), {3, 4}), 0);
-    }
-}
-
 }  // namespace
 }  // namespace host

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 
 #include "platform/host/desk/font_selector_geometry.h"
@@ -98,12 +98,6 @@ TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
     EXPECT_EQ(chosen("DejaVu Sans,33", {boxes_.sizeButtons[0], boxes_.sizeButtons[7]}), "DejaVu Sans,33");
 }
 
-TEST_F(FontSelectorTest, StartsWithTheDefaultFontWhereNoneIsGiven) {
-    for (const char* font : {",0", "", "No Such Font", "No Such Font,-5", "DejaVu Sans,abc"}) {
-        EXPECT_EQ(chosen(font, {}), std::string(scene_->text.defaultFamily(0)) + ",28") << font;
-    }
-}
-
 TEST_F(FontSelectorTest, CancelDoesNotCallBack) {
     open("DejaVu Sans,28");
     tap(boxes_.cancel);
@@ -113,36 +107,6 @@ TEST_F(FontSelectorTest, CancelDoesNotCallBack) {
     selector_->key(Key::Escape);
     EXPECT_TRUE(selector_->closed());
     EXPECT_FALSE(calledBack());
-}
-
-TEST_F(FontSelectorTest, TakesAnyAnswerFromAScript) {
-    open("DejaVu Sans,28");
-    EXPECT_FALSE(selector_->answer(1));
-    EXPECT_FALSE(selector_->type("x"));
-    EXPECT_TRUE(selector_->chooseFont("Odd \"Font\",7,8"));
-    ASSERT_TRUE(calledBack());
-    EXPECT_THAT(answer, testing::ElementsAre("Odd \"Font\",7,8", "Odd \"Font\"", "7,8", ""));
-    EXPECT_EQ(entry_, "font \"Odd \\\"Font\\\",7,8\"");
-    open("DejaVu Sans,28");
-    EXPECT_TRUE(selector_->chooseFont("no comma"));
-    ASSERT_TRUE(calledBack());
-    EXPECT_THAT(answer, testing::ElementsAre("no comma", "no comma", "", ""));
-}
-
-TEST_F(FontSelectorTest, ActsOnlyOnAPressThatBeganAndEndedInOnePlace) {
-    open("DejaVu Sans,28");
-    selector_->pointer(kPointerUp, middle(boxes_.ok));
-    selector_->pointer(kPointerUp, middle(row(2)));
-    scene_->display.areas.clear();
-    selector_->pointer(kPointerDown, middle(row(2)));
-    ASSERT_EQ(scene_->display.areas.size(), 1U);
-    EXPECT_LE(scene_->display.areas.front().h, row(2).h + 1) << "no more than its row is refreshed";
-    selector_->pointer(kPointerMove, middle(row(3)));
-    selector_->pointer(kPointerUp, middle(row(3)));
-    selector_->pointer(kPointerDown, middle(boxes_.cancel));
-    selector_->pointer(kPointerUp, middle(boxes_.ok));
-    EXPECT_FALSE(selector_->closed());
-    EXPECT_EQ(confirmed(), "DejaVu Sans,28");
 }
 
 TEST_F(FontSelectorTest, StaysWithinItsPanelWithLargeTargetsApart) {

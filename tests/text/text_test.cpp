@@ -3,9 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <limits>
 #include <random>
 
 #include "platform/host/screen/utf8.h"
@@ -112,23 +109,6 @@ TEST_F(TextTest, NeverLeavesItsBox) {
     }
 }
 
-TEST_F(TextTest, TakesBoxesAndSizesOfAnyValue) {
-    constexpr int kMost = std::numeric_limits<int>::max();
-    constexpr int kLeast = std::numeric_limits<int>::min();
-    for (const Rect box :
-         {Rect{10, 10, 0, 50}, {10, 10, 50, -1}, {kMost, kMost, kMost, kMost}, {kLeast, kLeast, kMost, kMost}}) {
-        EXPECT_TRUE(ink(drawn(box, "x")).empty());
-    }
-    EXPECT_FALSE(ink(drawn({0, 0, kMost, kMost}, "x")).empty());
-    for (const Wrap wrap : {Wrap::Words, Wrap::None}) {
-        drawn({-kMost / 2, -kMost / 2, kMost, kMost}, repeated("x\n", 1023), {Align::Centre, wrap});
-        drawnIn(font_s{"DejaVu Sans", kMost}, {kLeast, kLeast, kMost, kMost}, "x", {Align::End, wrap});
-    }
-    EXPECT_FALSE(ink(drawnIn(font_s{"DejaVu Sans", kMost}, device_.bounds(), repeated("x\n", 1023))).empty());
-    EXPECT_EQ(text_.open(nullptr, 0), nullptr);
-    EXPECT_EQ(text_.open(nullptr, -3), nullptr);
-}
-
 TEST_F(TextTest, WrapsAtWordsThenAnywhereAndHonoursLineEnds) {
     const Size line = text_.measure("x", *font_, 0);
     const auto lines = [&](const char* text, int width) {
@@ -143,27 +123,6 @@ TEST_F(TextTest, WrapsAtWordsThenAnywhereAndHonoursLineEnds) {
     EXPECT_EQ(drawn(kBox, "one\ntwo\n\nthree").pixels(), drawn(kBox, "one\r\ntwo\r\n\r\nthree").pixels());
 }
 
-TEST_F(TextTest, WithoutWrappingIsOneLineInTheMiddle) {
-    const TextStyle line{Align::Start, Wrap::None};
-    EXPECT_EQ(drawn(kBox, "one\ntwo", line).pixels(), drawn(kBox, "one two", line).pixels());
-    const Rect inked = ink(drawn(kBox, "xxxx", line));
-    EXPECT_NEAR(inked.y + inked.h / 2, kBox.y + kBox.h / 2, 5);
-    const Rect small{50, 100, 200, 40};
-    EXPECT_EQ(drawn(small, repeated("x", 500), line).pixels(), drawn(small, repeated("x", 600), line).pixels());
-    EXPECT_NE(drawn(small, repeated("x", 500), line).pixels(), drawn(small, repeated("x", 500)).pixels());
-}
-
-TEST_F(TextTest, MeasuresWhatItDraws) {
-    for (const char* script : {kLatin, kHebrew, kThai}) {
-        const Size size = text_.measure(script, *font_, 300);
-        const Rect inked = ink(drawn({50, 40, 300, 320}, script));
-        EXPECT_NEAR(inked.w, size.w, 15);
-        EXPECT_LE(inked.h, size.h);
-        EXPECT_GT(inked.h, size.h / 2);
-    }
-    EXPECT_EQ(text_.measure("", *font_, 100), (Size{0, text_.measure("x", *font_, 0).h}));
-}
-
 TEST_F(TextTest, SizeFollowsDensityAndScale) {
     // 48 units are 0.3 inch; the line is a little higher than the size.
     for (const Device& device : {Device{600, 800, 160, 1.0}, Device{600, 800, 160, 2.0}, Device{600, 800, 320, 1.0}}) {
@@ -171,26 +130,6 @@ TEST_F(TextTest, SizeFollowsDensityAndScale) {
         const int height = text.measure("x", *text.open("DejaVu Sans", 48), 0).h;
         EXPECT_NEAR(height, 48 * device.dpi * device.scale / 160 * 1.17, 3);
     }
-}
-
-TEST_F(TextTest, DrawsInItsColourAndAntialiased) {
-    Screen screen({300, 60}, PixelFormat::Rgb24);
-    text_.draw(screen, {0, 0, 300, 60}, "Colour", *font_, {Align::Start, Wrap::Words, 0x0080FF});
-    int full = 0;
-    int partial = 0;
-    for (const std::uint8_t* pixel = screen.pixels().at(0, 0); pixel != screen.pixels().at(0, 59); pixel += 3) {
-        ASSERT_EQ(pixel[2], 0xFF);
-        ASSERT_LE(pixel[0], pixel[1]);
-        full += pixel[0] == 0 && pixel[1] == 0x80 ? 1 : 0;
-        partial += pixel[0] > 0x40 && pixel[0] < 0xC0 ? 1 : 0;
-    }
-    EXPECT_GT(full, 0);
-    EXPECT_GT(partial, 0);
-}
-
-TEST_F(TextTest, CombiningMarksShareTheirLetter) {
-    EXPECT_EQ(text_.measure("e\u0301\u0323", *font_, 0).w, text_.measure("e", *font_, 0).w);
-    EXPECT_LT(text_.measure("لا", *font_, 0).w, text_.measure("ل", *font_, 0).w + text_.measure("ا", *font_, 0).w);
 }
 
 TEST_F(TextTest, FamiliesAreFoundInAnyCaseAndUnknownOnesGiveTheDefault) {
@@ -205,45 +144,6 @@ TEST_F(TextTest, FamiliesAreFoundInAnyCaseAndUnknownOnesGiveTheDefault) {
     EXPECT_STREQ(text_.defaultFamily(7), text_.defaultFamily(0));
     const auto narrow = text_.open(text_.defaultFamily(2), 24);
     EXPECT_EQ(text_.measure("iiii", *narrow, 0).w, text_.measure("MMMM", *narrow, 0).w);
-}
-
-TEST_F(TextTest, FamiliesAreSortedAndFreeOfCommas) {
-    const std::vector<std::string>& families = text_.families();
-    for (const int index : {0, 1, 2}) EXPECT_THAT(families, testing::Contains(text_.defaultFamily(index)));
-    EXPECT_EQ(std::adjacent_find(families.begin(), families.end()), families.end());
-    EXPECT_THAT(families, testing::Not(testing::Contains(testing::HasSubstr(","))));
-    EXPECT_LT(std::find(families.begin(), families.end(), "DejaVu Sans"),
-              std::find(families.begin(), families.end(), "Noto Sans"));
-}
-
-TEST_F(TextTest, OnlyFamiliesWithoutTheirNamesLettersHaveASample) {
-    EXPECT_EQ(text_.sample("DejaVu Sans"), "");
-    EXPECT_EQ(text_.sample("No Such Font"), "");
-    EXPECT_EQ(text_.sample("Noto Sans Thai"), "กขฃคฅฆ");
-    EXPECT_FALSE(text_.sample("Noto Sans Symbols2").empty());
-}
-
-/// A machine whose only fonts are those in `folder`.
-void useFontsIn(const std::string& folder) {
-    const std::string path = testing::TempDir() + "text_fonts.conf";
-    std::ofstream(path) << "<fontconfig><dir>" << folder << "</dir><cachedir>" << testing::TempDir()
-                        << "text_fonts_cache</cachedir></fontconfig>";
-    setenv("FONTCONFIG_FILE", path.c_str(), 1);
-}
-
-TEST(TextWithoutFonts, SaysSoOnceAndDrawsNothing) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto scene = [] {
-        useFontsIn("/nowhere");
-        const Device device{100, 100, 167};
-        Text text(device);
-        Screen screen({100, 100}, PixelFormat::Grey8);
-        const std::unique_ptr<font_s> font = text.open(nullptr, 24);
-        text.draw(screen, {0, 0, 100, 100}, "x", *font, {});
-        const bool blank = screen.pixels() == Screen({100, 100}, PixelFormat::Grey8).pixels();
-        std::exit(blank && text.families().empty() && text.measure("x", *font, 0) == Size{} ? 0 : 1);
-    };
-    EXPECT_EXIT(scene(), testing::ExitedWithCode(0), "^colour: fontconfig finds no outline font.*\n$");
 }
 
 TEST(TextUtf8, ReplacesEachBrokenPartOnce) {
