@@ -7,9 +7,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <stdexcept>
-#include <thread>
 
 #include "platform/host/files/surface_picture.h"
 
@@ -101,14 +99,6 @@ void Chromium::open(const std::string& address, host::Size window) {
 
 std::string Chromium::evaluate(const std::string& expression) {
     return jsonField(command("Runtime.evaluate", "\"expression\":" + inQuotes("String(" + expression + ")")), "value");
-}
-
-bool Chromium::becomesTrue(const std::string& expression) {
-    for (int i = 0; i < 600; ++i) {
-        if (evaluate(expression) == "true") return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
-    return false;
 }
 
 void Chromium::mouse(const std::string& type, host::Point at) {

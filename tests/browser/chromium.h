@@ -22,8 +22,6 @@ public:
     void open(const std::string& address, host::Size window);
     /// The value of a JavaScript expression that gives a string.
     std::string evaluate(const std::string& expression);
-    /// True once the expression gives "true"; waits a minute for it, since a loaded machine is slow.
-    bool becomesTrue(const std::string& expression);
     /// `type` is mousePressed, mouseMoved or mouseReleased.
     void mouse(const std::string& type, host::Point at);
     /// Presses a key whose name is `key`, as the browser names it.

@@ -27,9 +27,20 @@ protected:
         browser_.emplace();
     }
 
+    /// Waits a minute for it, since a loaded machine is slow.
+    static bool comesTrue(const std::function<bool()>& condition) {
+        for (int i = 0; i < 600 && !condition(); ++i) std::this_thread::sleep_for(100ms);
+        return condition();
+    }
+
+    /// Waits for a JavaScript expression.
+    bool becomesTrue(const std::string& expression) {
+        return comesTrue([&] { return browser_->evaluate(expression) == "true"; });
+    }
+
     void open(const std::string& address) {
         browser_->open(address, kWindow);
-        ASSERT_TRUE(browser_->becomesTrue(kShown));
+        ASSERT_TRUE(becomesTrue(kShown));
     }
 
     void stroke(const std::vector<Point>& points) {
@@ -43,12 +54,6 @@ protected:
         const BitmapPtr picture = browser_->screenshot();
         const std::uint8_t* rgb = bitmapRow(*picture, seen(panel).y) + std::ptrdiff_t{seen(panel).x} * 3;
         return rgb[0] << 16 | rgb[1] << 8 | rgb[2];
-    }
-
-    /// Waits a minute for it.
-    static bool comesTrue(const std::function<bool()>& condition) {
-        for (int i = 0; i < 600 && !condition(); ++i) std::this_thread::sleep_for(100ms);
-        return condition();
     }
 
     std::optional<Chromium> browser_;
@@ -114,9 +119,9 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     EXPECT_TRUE(comesTrue([&] { return pictures() == 1; }));
 
     EXPECT_EQ(program->process.end(SIGTERM), 0);
-    EXPECT_TRUE(browser_->becomesTrue("document.body.innerText.includes('Colour has ended')"));
+    EXPECT_TRUE(becomesTrue("document.body.innerText.includes('Colour has ended')"));
     program.emplace(storage.path(), "--port " + program->address.substr(program->address.rfind(':') + 1, 4));
-    ASSERT_TRUE(browser_->becomesTrue(kShown)) << "it connects by itself";
+    ASSERT_TRUE(becomesTrue(kShown)) << "it connects by itself";
     stroke({{kFirstTile.x + 200, kFirstTile.y}});
     EXPECT_TRUE(comesTrue(inked)) << "the picture of before";
 }

@@ -109,16 +109,3 @@ const std::string& VncPeer::readPicture() {
 void VncPeer::pointer(int buttons, host::Point at) {
     send(std::string("\5") + static_cast<char>(buttons) + big16(at.x) + big16(at.y));
 }
-
-void VncPeer::key(std::uint32_t keysym, bool down) {
-    send(std::string("\4") + static_cast<char>(down) + big16(0) + big(keysym, 4));
-}
-
-void VncPeer::strike(std::uint32_t keysym) {
-    key(keysym, true);
-    key(keysym, false);
-}
-
-void VncPeer::clipboard(const std::string& latin1) {
-    send(std::string("\6\0\0\0", 4) + big(static_cast<std::uint32_t>(latin1.size()), 4) + latin1);
-}

