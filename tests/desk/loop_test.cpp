@@ -75,20 +75,6 @@ TEST(ModalsOnTheLoop, OtherEventsAreDrawnBelowThem) {
     EXPECT_EQ(world.shown(60, 60), 0x40);
 }
 
-TEST(ModalsOnTheLoop, KeysReachOnlyThem) {
-    World world;
-    world.start();
-    world.display.inputs = {{.kind = Input::Kind::Text, .text = "lost"}};
-    world.display.idle = [&] {
-        if (world.modals.top() != nullptr) return world.loop.stop(0);
-        world.openModal(kBox);
-        world.display.inputs = {{.kind = Input::Kind::Text, .text = "ü"},
-                                {.kind = Input::Kind::Key, .key = Key::Escape}};
-    };
-    EXPECT_EQ(world.loop.run(nullptr), 0);
-    EXPECT_EQ(world.toldModal, "ü Escape ");
-}
-
 TEST(Pointer, IsClampedAndNumberedOncePerSample) {
     World world;
     world.start();
@@ -118,7 +104,6 @@ void chain() {
     World::current->loop.timers().set("chain", chain, World::current->loop.timersCountFrom() + Milliseconds{100});
 }
 void nothing() {}
-void markContext(void* context) { ++*static_cast<int*>(context); }
 
 TEST(TimersOnTheLoop, FireInOrderOfDueTimeAtTheirOwnInstants) {
     World world;
@@ -137,67 +122,16 @@ TEST(TimersOnTheLoop, FireInOrderOfDueTimeAtTheirOwnInstants) {
     EXPECT_EQ(world.clock.now(), Instant{300});
 }
 
-TEST(TimersOnTheLoop, CountFromWhenTheirSetterWasDueThoughItWaitedForThePanel) {
-    World world;
-    world.loop.timers().set(
-        "slow",
-        [] {
-            World::current->clock.advanceTo(Instant{90});
-            EXPECT_EQ(World::current->loop.timersCountFrom(), Instant{10});
-        },
-        Instant{10});
-    world.runUntil(Instant{50});
-    EXPECT_EQ(world.loop.timersCountFrom(), Instant{90});
-}
-
-TEST(TimersOnTheLoop, AreKnownByCallbackAndContext) {
-    World world;
-    int one = 0;
-    int two = 0;
-    Timers& timers = world.loop.timers();
-    timers.set("same name", markContext, &one, Instant{10});
-    timers.set("same name", markContext, &two, Instant{10});
-    timers.set("another name", markContext, &two, Instant{20});
-    timers.clear(markContext, &one);
-    world.runUntil(Instant{19});
-    EXPECT_EQ(one + two, 0);
-    EXPECT_EQ(timers.nextDue(), Instant{20});
-    EXPECT_FALSE(timers.takeDue(Instant{19}));
-    EXPECT_EQ(timers.takeDue(Instant{20})->context, &two);
-    EXPECT_EQ(timers.nextDue(), std::nullopt);
-}
-
 /// A real clock and a display that can really wait.
 struct RealTime {
-    explicit RealTime(std::unique_ptr<Display> shown = openHeadless()) : display(std::move(shown)) { running = &loop; }
-
-    /// Runs until a timer ends it; false when the timer came early.
-    bool endsByTimer() {
-        const Instant due = clock.now() + Milliseconds{20};
-        loop.timers().set(
-            "stop", [] { running->stop(3); }, due);
-        return loop.run(nullptr) == 3 && clock.now() >= due;
-    }
-
-    inline static Loop* running = nullptr;
     Clock clock;
-    std::unique_ptr<Display> display;
+    std::unique_ptr<Display> display = openHeadless();
     Screen screen{{300, 200}, PixelFormat::Grey8};
     Panel panel{screen.pixels(), *display, clock};
     Modals modals{screen, panel, *display};
     Trace trace;
     Loop loop{{300, 200}, {10, 10}, clock, *display, panel, modals, trace};
 };
-
-TEST(RealTimeLoop, FiresWhatIsDueWithoutInputAndInAFloodOfIt) {
-    struct Flood final : Display {
-        void present(const Framebuffer&, Rect) override {}
-        std::optional<Input> wait(std::optional<Milliseconds>) override { return Input{.kind = Input::Kind::Text}; }
-        void wake() override {}
-    };
-    EXPECT_TRUE(RealTime().endsByTimer());
-    EXPECT_TRUE(RealTime(std::make_unique<Flood>()).endsByTimer());
-}
 
 TEST(RealTimeLoop, ASignalEndsItBeforeAndWhileItWaits) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {

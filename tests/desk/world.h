@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdlib>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -14,28 +13,18 @@
 
 namespace host::test {
 
-/// A display whose person has decided beforehand what to do; with nothing left, it calls `idle`.
-class PlannedDisplay final : public Display {
+/// A display whose person does nothing by himself.
+class QuietDisplay final : public Display {
 public:
     void present(const Framebuffer&, Rect) override {}
-    std::optional<Input> wait(std::optional<Milliseconds>) override {
-        if (inputs.empty()) {
-            idle();
-            return std::nullopt;
-        }
-        Input next = inputs.front();
-        inputs.pop_front();
-        return next;
-    }
+    std::optional<Input> wait(std::optional<Milliseconds>) override { return std::nullopt; }
     void wake() override {}
     void setTextInput(bool on, Rect near) override { textPlace = on ? std::optional(near) : std::nullopt; }
 
-    std::deque<Input> inputs;
-    std::function<void()> idle = [] {};
     std::optional<Rect> textPlace;
 };
 
-/// A black rectangle that closes on a pointer-up, a type or an answer, and tells what reached it.
+/// A black rectangle that closes on a pointer-up and tells what reached it.
 class BlackModal final : public Modal {
 public:
     BlackModal(Screen& screen, Rect area, Callback callback, std::string& told)
@@ -47,18 +36,7 @@ public:
         told_ += std::to_string(type) + "@" + std::to_string(at.x) + "," + std::to_string(at.y) + " ";
         if (type == 29) close(std::move(callback_));
     }
-    void key(Key key) override { told_ += key == Key::Escape ? "Escape " : "key "; }
-    void text(std::string_view text) override { told_ += std::string(text) + " "; }
     [[nodiscard]] std::optional<Rect> textPlace() const override { return area_; }
-    bool answer(int button) override {
-        told_ += "answer" + std::to_string(button) + " ";
-        close(std::move(callback_));
-        return true;
-    }
-    bool type(std::string_view text) override {
-        told_ += "typed:" + std::string(text) + " ";
-        return true;
-    }
     void cancel() override { close(std::nullopt); }
 
 private:
@@ -122,7 +100,7 @@ public:
     std::string toldModal;
 
     Clock clock{1'700'000'000};
-    PlannedDisplay display;
+    QuietDisplay display;
     Screen screen{{300, 200}, PixelFormat::Grey8};
     Panel panel{screen.pixels(), display, clock};
     Modals modals{screen, panel, display};

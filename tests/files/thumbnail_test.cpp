@@ -22,22 +22,6 @@ protected:
     std::string error_;
 };
 
-TEST_F(Thumbnail, KeepsItsShapeAndIsNeverEnlarged) {
-    const BitmapPtr picture = scratch::noise(140, 176, 24);
-    for (const auto& [room, size] : std::vector<std::pair<host::Size, host::Size>>{{{70, 88}, {70, 88}},
-                                                                                   {{1000, 88}, {70, 88}},
-                                                                                   {{35, 500}, {35, 44}},
-                                                                                   {{1, 1}, {1, 1}},
-                                                                                   {{140, 176}, {140, 176}}}) {
-        const BitmapPtr small = thumbnail(*picture, room);
-        ASSERT_NE(small, nullptr) << error_;
-        EXPECT_EQ((host::Size{small->width, small->height}), size);
-    }
-    EXPECT_TRUE(scratch::same(thumbnail(*picture, {500, 500}).get(), picture.get()));
-    const BitmapPtr line = thumbnail(*scratch::noise(2000, 1, 8), {100, 100});
-    EXPECT_EQ((host::Size{line->width, line->height}), (host::Size{100, 1}));
-}
-
 TEST_F(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
     for (const int depth : {8, 24}) {
         for (const auto& [to, name] : {std::pair(host::Size{30, 50}, "a.bmp"), std::pair(host::Size{13, 21}, "a.bmp"),

@@ -57,22 +57,6 @@ TEST(KeyboardLayout, DamagedFileIsOneLineAndEnglishKeys) {
         EXPECT_EQ(std::count(loaded.told.begin(), loaded.told.end(), '\n'), 1) << loaded.told;
         EXPECT_EQ(loaded.layout.code, "en");
     }
-    for (std::size_t length = 0; length < whole.size(); length += 3) {
-        for (const auto& row : loadContent(whole.substr(0, length)).layout.base.rows) EXPECT_FALSE(row.empty());
-    }
-}
-
-TEST(KeyboardLayout, WithoutFilesThereIsStillAKeyboard) {
-    const TemporaryFolder folder;
-    EXPECT_EQ(keyboardCodes(folder.path() / "none", "de"), std::vector<std::string>{"en"});
-    EXPECT_EQ(load(folder.path(), "en").layout.base.rows[0][0], "q");
-    EXPECT_EQ(load(folder.path(), kSignsCode).layout.base.rows[0][0], "1");
-}
-
-TEST(KeyboardLayout, TheLanguageInUseComesFirst) {
-    using Codes = std::vector<std::string>;
-    EXPECT_EQ(keyboardCodes(kInstalled, "fr"), (Codes{"fr", "en", "ar", "de", "es", "ru"}));
-    EXPECT_EQ(keyboardCodes(kInstalled, "xx"), (Codes{"en", "ar", "de", "es", "fr", "ru"}));
 }
 
 }  // namespace

@@ -111,11 +111,6 @@ TEST_F(KeyboardTest, APhysicalKeyboardEdits) {
     keyboard->text("!");
     press({Key::Return});
     EXPECT_EQ(callBack(), "bcdf\nz!");
-    on(defaultPanel(), "ar");
-    open("ابج");
-    press({Key::Right, Key::Left});
-    keyboard->text("د");
-    EXPECT_EQ(confirm(), "ابجد") << "arrows follow the eye";
 }
 
 TEST_F(KeyboardTest, CancelLeavesTheBufferAndCallsBack) {
@@ -162,19 +157,6 @@ TEST_F(KeyboardTest, ActsOnlyOnAPressThatBeganAndEndedOnOneKey) {
     EXPECT_EQ(confirm(), "abc");
 }
 
-TEST_F(KeyboardTest, RefreshesTheKeyAndItsTextLine) {
-    open("first line\nsecond line", kMaxBytes, kAtTop);
-    tap("q");
-    const Rect field = *keyboard->textPlace();
-    ASSERT_EQ(areas().size(), 3U);
-    EXPECT_EQ(areas()[0], key("q"));
-    EXPECT_EQ(areas()[1], key("q"));
-    EXPECT_EQ(areas()[2].intersected(field), areas()[2]);
-    EXPECT_LT(areas()[2].h, field.h / 2);
-    tap("shift A page language clear left space return ok");
-    for (const Rect& area : areas()) EXPECT_EQ(area.intersected(keyboard->area()), area);
-}
-
 /// What a paint in parts leaves on the screen is what painting all of it would give.
 TEST_F(KeyboardTest, PartsPaintedAddUpToTheWhole) {
     for (const Device& device : {defaultPanel(), smallGreyPanel()}) {
@@ -197,39 +179,6 @@ TEST_F(KeyboardTest, ATapInTheFieldPlacesTheCursor) {
     tapAt({field.x + field.w - 2, field.y + field.h - 2});
     tap("c");
     EXPECT_EQ(confirm(), "aone twob\nthreec");
-}
-
-TEST_F(KeyboardTest, AnEmptyFieldStartsWhereItsLanguageDoes) {
-    const auto cursorAtLeft = [&] {
-        const Rect field = keyboard->textPlace()->inset(16);
-        const std::uint8_t* row = test->screen.pixels().at(field.x, field.y + 16);
-        return *std::min_element(row, row + field.w / 2 * test->screen.pixels().bytesPerPixel()) < 0x40;
-    };
-    open();
-    EXPECT_TRUE(cursorAtLeft());
-    on(defaultPanel(), "ar");
-    open();
-    EXPECT_FALSE(cursorAtLeft());
-    tap("language");  // English comes next
-    EXPECT_TRUE(cursorAtLeft());
-}
-
-/// A cursor out of sight would move without anything to refresh.
-TEST_F(KeyboardTest, TheCursorIsAlwaysInSight) {
-    constexpr int kLines = 30;
-    std::string lines;
-    for (int i = 0; i < kLines; ++i) lines += std::to_string(i) + "\n";
-    for (const Device& device : {defaultPanel(), smallGreyPanel()}) {
-        on(device);
-        open(lines);
-        for (int i = 0; i < 3 * kLines; ++i) {
-            areas().clear();
-            press({i / kLines == 1 ? Key::Down : Key::Up});
-            EXPECT_EQ(areas().size(), 1U) << i;
-        }
-        keyboard->text("x");
-        EXPECT_EQ(confirm(), "x" + lines);
-    }
 }
 
 TEST_F(KeyboardTest, LiesAtTheEdgeAskedForWithLargeKeysApart) {
@@ -255,20 +204,6 @@ TEST_F(KeyboardTest, LiesAtTheEdgeAskedForWithLargeKeysApart) {
                 EXPECT_EQ(std::count_if(boxes.begin(), boxes.end(), overlapping), 1);
             }
         }
-    }
-}
-
-TEST_F(KeyboardTest, WorksOnPanelsOfAnySize) {
-    const Device panels[] = {{.width = 100, .height = 100, .dpi = 300},
-                             {.width = 300, .height = 90, .dpi = 600, .scale = 3.0},
-                             {.width = 2000, .height = 3000, .dpi = 72}};
-    for (const Device& device : panels) {
-        on(device);
-        open("text");
-        tapAt({device.width / 3, keyboard->area().y + 5});
-        EXPECT_EQ(keyboard->area().intersected(device.bounds()), keyboard->area());
-        press({Key::Return});
-        EXPECT_EQ(callBack(), "text");
     }
 }
 

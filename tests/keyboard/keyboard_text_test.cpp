@@ -36,43 +36,5 @@ TEST(KeyboardText, KeepsACharacterWhole) {
     }
 }
 
-TEST(KeyboardText, TypesAtTheCursor) {
-    KeyboardText text("ac", kRoomy);
-    text.moveBack();
-    text.insert("b");
-    EXPECT_EQ(text.text(), "abc");
-    text.insert("\u0301");
-    EXPECT_EQ(text.cursor(), 4U);
-    text.eraseBefore();
-    EXPECT_EQ(text.text(), "ac") << "the mark had joined its letter";
-
-    KeyboardText full("1234é", 6);
-    full.moveTo(0);
-    full.insert("x");
-    EXPECT_EQ(full.text(), "1234é") << "what stands is not pushed out";
-    EXPECT_EQ(full.cursor(), 0U);
-}
-
-TEST(KeyboardText, PastesOnlyText) {
-    KeyboardText text("", kRoomy);
-    text.insert(
-        "a\r\nb\rc\td\a"
-        "e\n\nf\xFFg");
-    EXPECT_EQ(text.text(), "a\nb\nc de\n\nf\uFFFDg");
-    for (std::size_t length = 0; length < 40; ++length) {
-        std::string bytes;
-        for (std::size_t i = 0; i < length; ++i) bytes += static_cast<char>(1 + (i * 151 + length * 37) % 255);
-        KeyboardText any(bytes, 30);
-        any.eraseAfter();
-        any.moveForward();
-        any.moveTo(length / 2);
-        any.insert(bytes);
-        for (int times = 0; times < 40; ++times) any.eraseBefore();
-        any.moveBack();
-        EXPECT_LE(any.text().size(), 30U);
-        EXPECT_EQ(any.cursor(), 0U);
-    }
-}
-
 }  // namespace
 }  // namespace host

@@ -6,7 +6,7 @@
 #include <memory>
 #include <ranges>
 
-#include "support/program.h"
+#include "platform/host/screen/bitmap_record.h"
 
 namespace {
 
@@ -17,8 +17,6 @@ using ::testing::internal::CaptureStderr;
 using ::testing::internal::GetCapturedStderr;
 
 const std::filesystem::path kTheme = std::filesystem::path(COLOUR_SOURCE_DIR) / "theme";
-
-Device panelOf(int dpi) { return {.dpi = dpi}; }
 
 std::vector<int> bytesOf(const bitmap_s& bitmap) {
     const std::uint8_t* first = bitmap_pixels(&bitmap);
@@ -60,7 +58,7 @@ void expectIcon(Theme& theme, const std::string& name, host::Size size, int dept
 TEST(Theme, DrawsEveryIconInTheSizeOfItsPlaceOnEveryPanel) {
     for (const Density& density : kDensities) {
         SCOPED_TRACE(density.dpi);
-        const Device device = panelOf(density.dpi);
+        const Device device{.dpi = density.dpi};
         Theme theme(kTheme, device);
         for (const std::string& name : buttonIcons())
             expectIcon(theme, name, {density.button, density.button}, name.starts_with("explorer") ? 32 : 8);
@@ -73,22 +71,6 @@ TEST(Theme, DrawsEveryIconInTheSizeOfItsPlaceOnEveryPanel) {
     const Device larger{.dpi = 300, .scale = 1.5};
     Theme theme(kTheme, larger);
     expectIcon(theme, "back", {140, 140}, 8);
-}
-
-TEST(Theme, DrawsStraightLinesInWholePixels) {
-    for (const Density& density : kDensities) {
-        const Device device = panelOf(density.dpi);
-        Theme theme(kTheme, device);
-        const auto shaft = theme.picture("back");  // a level shaft through the middle
-        ASSERT_NE(shaft, nullptr);
-        int black = 0;
-        for (int y = 0; y < shaft->height; ++y) {
-            const int grey = host::bitmapRow(*shaft, y)[density.button * 5 / 8];
-            EXPECT_TRUE(grey == 0 || grey == 255) << density.dpi << " dpi, row " << y << " is " << grey;
-            black += grey == 0 ? 1 : 0;
-        }
-        EXPECT_EQ(black, density.button / 16) << density.dpi;
-    }
 }
 
 TEST(Theme, InvertsNamesWithoutAFileAndSharesPictures) {
@@ -128,64 +110,6 @@ TEST(Theme, WhatIsMissingIsToldOnceAndLeavesTheApplicationsPicture) {
     ASSERT_NE(broken, nullptr);
     EXPECT_EQ(broken->width, 48);
     EXPECT_GT(std::ranges::count_if(bytesOf(*broken), [](int byte) { return byte != 0xFF; }), 500);
-}
-
-TEST(Theme, NumberThatIsNoneIsToldAndGivesTheFallback) {
-    const TemporaryFolder folder;
-    folder.write("theme.ini", "size=32\nlarge=99999999999\nword=28pt\n");
-    const Device device;
-    const Theme theme(folder.path(), device);
-    EXPECT_EQ(theme.number("size", 7), 32);
-    EXPECT_EQ(theme.number("absent", 7), 7);
-    for (const char* name : {"large", "word"}) {
-        CaptureStderr();
-        EXPECT_EQ(theme.number(name, 7), 7);
-        EXPECT_THAT(GetCapturedStderr(), HasSubstr(name));
-    }
-}
-
-TEST(Theme, DamagedIconIsToldAndNotDrawn) {
-    const TemporaryFolder folder;
-    const std::string whole = contentOf(kTheme / "icons/trash.svg");
-    folder.write("theme.ini", "");
-    const Device device = panelOf(20);
-    for (std::size_t length = 0; length + 1 < whole.size(); length += 2) {
-        folder.write("icons/cut.svg", whole.substr(0, length));
-        CaptureStderr();
-        Theme theme(folder.path(), device);
-        EXPECT_EQ(theme.picture("cut"), nullptr) << "cut at " << length;
-        EXPECT_THAT(GetCapturedStderr(), HasSubstr("cut.svg")) << "cut at " << length;
-    }
-    for (std::size_t bit = 0; bit < whole.size() * 8; bit += 3) {
-        std::string flipped = whole;
-        flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << bit % 8));
-        folder.write("icons/flipped.svg", flipped);
-        CaptureStderr();
-        Theme theme(folder.path(), device);
-        const bool drawn = theme.picture("flipped") != nullptr;
-        EXPECT_EQ(GetCapturedStderr().empty(), drawn) << "bit " << bit;
-    }
-}
-
-TEST(Theme, ReadsSizesByIconByFamilyAndByDefault) {
-    const TemporaryFolder folder;
-    for (const char* name : {"one", "pen_a", "pen_b", "bad"})
-        folder.write("icons/" + std::string(name) + ".svg", contentOf(kTheme / "icons/back.svg"));
-    folder.write("theme.ini",
-                 "[size]\ndefault = 16\npen = 32\npen_b = 8 x 24\n[alias]\nother = one\nloop = loop_inv\n");
-    const Device device = panelOf(160);
-    Theme theme(folder.path(), device);
-    for (const auto& [name, size] : {std::pair("one", host::Size{16, 16}), std::pair("other", host::Size{16, 16}),
-                                     std::pair("pen_a", host::Size{32, 32}), std::pair("pen_b", host::Size{8, 24})})
-        expectIcon(theme, name, size, 8);
-    EXPECT_EQ(theme.picture("loop"), nullptr);
-    for (const char* size : {"wide", "3 x", "3 y 4", "-3", "3 x 0", "3 x 4 x 5"}) {
-        folder.write("theme.ini", std::string("[size]\nbad = ") + size + "\n");
-        CaptureStderr();
-        Theme other(folder.path(), device);
-        expectIcon(other, "bad", {50, 50}, 8);
-        EXPECT_THAT(GetCapturedStderr(), HasSubstr(size));
-    }
 }
 
 }  // namespace

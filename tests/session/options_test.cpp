@@ -31,17 +31,6 @@ protected:
     const TemporaryFolder folder;
 };
 
-TEST_F(CommandLineOptions, DescribeThePanel) {
-    EXPECT_EQ(read("").device.width, 1404);
-    EXPECT_TRUE(read("").device.colour);
-    const Device chosen = read("--panel 10000x200@50,scale=0.25,grey,platform=16").device;
-    EXPECT_EQ(chosen.bounds(), (Rect{0, 0, 10'000, 200}));
-    EXPECT_EQ(chosen.dpi, 50);
-    EXPECT_EQ(chosen.scale, 0.25);
-    EXPECT_FALSE(chosen.colour);
-    EXPECT_EQ(chosen.platform, 16);
-}
-
 TEST_F(CommandLineOptions, AreAllTaken) {
     const Options options = read(
         "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --storage s --theme . "
@@ -90,13 +79,6 @@ TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
     for (const auto& [arguments, message] : cases) {
         EXPECT_EXIT(static_cast<void>(read(arguments)), testing::ExitedWithCode(2), "^colour: " + message + "\n$");
     }
-}
-
-TEST_F(CommandLineOptions, AnswerHelpAndVersion) {
-    EXPECT_EQ(runProgram({"--version"}).output, "Colour 1.0.0\n");
-    const ProgramResult help = runProgram({"--help"});
-    EXPECT_NE(help.output.find("--password-file FILE"), std::string::npos);
-    EXPECT_EQ(help.status, 0);
 }
 
 }  // namespace

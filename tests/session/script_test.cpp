@@ -71,25 +71,6 @@ TEST_F(Scripts, LetTimePassOnlyWhileTheyWait) {
     EXPECT_EQ(world.clock.now(), Instant{140});
 }
 
-TEST_F(Scripts, AnswerWhatIsOpen) {
-    const auto open = [&] { world.openModal({10, 10, 50, 50}); };
-    world.on[30] = open;
-    world.on[43] = open;
-    EXPECT_EQ(play("create\ntap 5 6\nevent 43 0 0\ntype \"\\\"\\\\\\b\\f\\n\\r\\t\"\nanswer 2\nevent 43 0 0\ncancel"),
-              0);
-    EXPECT_EQ(errors, "");
-    EXPECT_EQ(world.toldModal, "29@5,6 typed:\"\\\b\f\n\r\t answer2 ");
-    EXPECT_EQ(world.modals.top(), nullptr);
-}
-
-TEST_F(Scripts, WriteScreenAndPanel) {
-    const std::string screen = folder.path() / "screen.png";
-    const std::string panel = folder.path() / "panel.png";
-    EXPECT_EQ(play("screenshot " + Trace::quoted(screen) + "\npanel " + Trace::quoted(panel)), 0) << errors;
-    EXPECT_TRUE(contentOf(screen).starts_with("\x89PNG"));
-    EXPECT_TRUE(contentOf(panel).starts_with("\x89PNG"));
-}
-
 class WrongLines : public Scripts, public testing::WithParamInterface<std::pair<std::string, std::string>> {};
 
 TEST_P(WrongLines, EndTheRunAndAreNamed) {
@@ -123,18 +104,6 @@ INSTANTIATE_TEST_SUITE_P(All, WrongLines,
                              {"type \"x\"", "no keyboard is open"},
                              {"font \"Sans,10\"", "no font selector is open"},
                              {"cancel", "nothing is open to cancel"}}));
-
-TEST_F(Scripts, TheExplorerAsksOnlyWhileItHasTheScreen) {
-    EXPECT_EQ(play("create\ncreate"), 2);
-    EXPECT_EQ(errors, path + ":2: a picture is being edited; the explorer cannot ask for a new one\n");
-}
-
-TEST_F(Scripts, ThatCannotBeReadAreNotPlayed) {
-    EXPECT_EQ(play(""), 0);
-    EXPECT_EQ(Script::load("/", stage(), errors), nullptr);
-    EXPECT_EQ(Script::load("/nowhere/x", stage(), errors), nullptr);
-    EXPECT_EQ(errors, "cannot read the script '/nowhere/x': No such file or directory");
-}
 
 }  // namespace
 }  // namespace host::test
