@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -161,6 +163,26 @@ TEST_F(PictureDamage, AFailedSaveLeavesTheOldPicture) {
             EXPECT_EQ(scratch::read(folder_ / name), old);
             EXPECT_EQ(folder_.entries(), 2U) << "and no temporary file";
         }
+    }
+}
+
+TEST_F(PictureDamage, AKilledProgramLeavesAWholePicture) {
+    const std::filesystem::path file = folder_ / "a.bmp";
+    const BitmapPtr even = scratch::noise(300, 200, 24, 1);
+    const BitmapPtr odd = scratch::noise(250, 240, 24, 2);
+    save("a.bmp", *even);
+    for (useconds_t round = 0; round < 20; ++round) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            std::string error;
+            for (int i = 0;; ++i) static_cast<void>(host::savePicture(file, i % 2 == 0 ? *odd : *even, error));
+        }
+        ::usleep(3000 + 617 * round);
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        std::string error;
+        const BitmapPtr found = host::loadPicture(file, error);
+        ASSERT_TRUE(scratch::same(found.get(), even.get()) || scratch::same(found.get(), odd.get())) << error;
     }
 }
 

@@ -157,6 +157,19 @@ TEST(Ink, OverlapsNeverDarken) {
     }
 }
 
+TEST(Ink, AnotherColourCoversAnOlderStroke) {
+    Screen crossed({60, 60}, PixelFormat::Rgb24);
+    const Piece down = piecesOf({{30, 10}, {30, 50}})[0];
+    ink(crossed, down, 12);
+    ink(crossed, piecesOf({{10, 30}, {50, 30}})[0], 12, 0xFF0000);
+    EXPECT_EQ(colourAt(crossed.pixels(), {30, 30}), 0xFF0000);
+    EXPECT_EQ(colourAt(crossed.pixels(), {30, 15}), kBlack);
+    EXPECT_NEAR(crossed.pixels().at(30, 36)[0], 127.5, 1) << "the edge lies half over the old stroke";
+    EXPECT_EQ(crossed.pixels().at(30, 36)[1], 0);
+    ink(crossed, down, 12);
+    EXPECT_EQ(colourAt(crossed.pixels(), {30, 30}), kBlack) << "the first colour is a new ink again";
+}
+
 TEST(Ink, IsForgottenWhereAnythingElseIsDrawn) {
     const Piece piece = piecesOf({{20.5, 30}, {80.5, 30}})[0];
     const Rect area{40, 20, 30, 30};

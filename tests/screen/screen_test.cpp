@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -12,11 +13,17 @@ namespace {
 
 constexpr Size kSmall{13, 9};
 constexpr int kRounds = 1000;
+constexpr int kLeast = std::numeric_limits<int>::min();
+constexpr int kMost = std::numeric_limits<int>::max();
 
 class AnyFormat : public testing::TestWithParam<PixelFormat> {
 protected:
     std::mt19937 random{11};
     int upTo(int most) { return static_cast<int>(random() % static_cast<unsigned>(most + 1)); }
+    int anyNumber() {
+        static constexpr int kSpecial[] = {kLeast, kLeast + 1, -100000, -1, 0, 1, 12, 13, 14, 100000, kMost - 1, kMost};
+        return upTo(2) == 0 ? kSpecial[upTo(11)] : upTo(40) - 14;
+    }
     Rgb anyColour() { return upTo(0xFFFFFF); }
     std::uint8_t anyByte() { return static_cast<std::uint8_t>(upTo(255)); }
 
@@ -52,6 +59,23 @@ TEST_P(AnyFormat, ASmallScreenShowsItsPartOfALargeOne) {
             return screen.pixels();
         };
         ASSERT_EQ(firstDifference(drawn(0), drawn(kMargin), 0, kMargin), kNowhere) << i;
+    }
+}
+
+TEST_P(AnyFormat, NoValueIsTooLarge) {
+    const BitmapPtr bitmap = anyBitmap(32);
+    const std::vector<std::uint8_t> mask(25, 200);
+    for (int i = 0; i < kRounds; ++i) {
+        Screen screen(kSmall, GetParam());
+        const Rect box{anyNumber(), anyNumber(), anyNumber(), anyNumber()};
+        screen.line({box.x, box.y}, {box.w, box.h}, anyColour());
+        screen.pixel({box.x, box.y}, anyColour());
+        screen.draw({box.x, box.y}, *bitmap);
+        screen.tint({box.x, box.y}, {mask.data(), 5, {5, 5}}, {box.y, box.x, box.h, box.w}, anyColour());
+        screen.frame({box, anyNumber(), upTo(15), upTo(31), anyNumber(), anyColour()});
+        if (const Rect all{box.x, box.y, 3, 3}; all.intersected(screen.pixels().bounds()).empty()) {
+            ASSERT_EQ(*bitmap_pixels(screen.capture(all).get()), 255);
+        }
     }
 }
 
