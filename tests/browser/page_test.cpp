@@ -96,6 +96,7 @@ struct Program {
 };
 
 TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
+    constexpr Point kExplorersRule{300, 72};
     constexpr Point kFirstTile{110, 180};
     constexpr Point kBack{32, 28};
     constexpr Point kColour{98, 26};
@@ -106,7 +107,9 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     };
     std::optional<Program> program(std::in_place, storage.path(), "");
     ASSERT_THAT(program->address, testing::StartsWith("http://127.0.0.1:"));
+    const auto exploring = [&, this] { return (pixel(kExplorersRule) & 0xFF) < 0xC0; };
     open(program->address);
+    ASSERT_TRUE(comesTrue(exploring));
     stroke({kFirstTile});  // "new picture"
     ASSERT_TRUE(comesTrue([this] { return pixel(kColour) == 0xFF0000; })) << "the toolbar";
     std::vector<Point> points;
@@ -116,12 +119,14 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     EXPECT_TRUE(comesTrue(inked)) << "red ink";
     EXPECT_EQ(pictures(), 0);
     stroke({kBack});
-    EXPECT_TRUE(comesTrue([&] { return pictures() == 1; }));
+    EXPECT_TRUE(comesTrue(exploring));
+    EXPECT_EQ(pictures(), 1);
 
     EXPECT_EQ(program->process.end(SIGTERM), 0);
     EXPECT_TRUE(becomesTrue("document.body.innerText.includes('Colour has ended')"));
     program.emplace(storage.path(), "--port " + program->address.substr(program->address.rfind(':') + 1, 4));
     ASSERT_TRUE(becomesTrue(kShown)) << "it connects by itself";
+    ASSERT_TRUE(comesTrue(exploring));
     stroke({{kFirstTile.x + 200, kFirstTile.y}});
     EXPECT_TRUE(comesTrue(inked)) << "the picture of before";
 }

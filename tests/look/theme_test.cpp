@@ -7,6 +7,7 @@
 #include <ranges>
 
 #include "platform/host/screen/bitmap_record.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -53,6 +54,16 @@ void expectIcon(Theme& theme, const std::string& name, host::Size size, int dept
     const std::vector<int> bytes = bytesOf(*picture);
     const auto [least, most] = std::ranges::minmax(bytes);
     EXPECT_LT(least, most) << name << " is blank";
+}
+
+TEST(Theme, OfAFewIconsTakesTheOtherFoldersFromTheInstalledOne) {
+    const TemporaryFolder folder;
+    folder.write("theme.ini", "");
+    folder.write("languages/en.ini", "");
+    const Device device;
+    const Theme theme(folder.path(), device);
+    EXPECT_EQ(theme.folder("languages"), folder.path() / "languages");
+    EXPECT_TRUE(std::filesystem::equivalent(theme.folder("keyboards"), kTheme / "keyboards"));
 }
 
 TEST(Theme, DrawsEveryIconInTheSizeOfItsPlaceOnEveryPanel) {

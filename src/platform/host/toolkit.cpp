@@ -23,9 +23,8 @@ std::unique_ptr<Toolkit> instance;
 
 PixelFormat formatOf(const Device& device) { return device.colour ? PixelFormat::Rgb24 : PixelFormat::Grey8; }
 
-std::unique_ptr<Display> openBrowserDisplay(const Options& options) {
-    const BrowserSettings settings{options.port, options.listen, options.passwordFile,
-                                   findTheme(options.theme) / "browser"};
+std::unique_ptr<Display> openBrowserDisplay(const Options& options, const Theme& theme) {
+    const BrowserSettings settings{options.port, options.listen, options.passwordFile, theme.folder("browser")};
     std::string error;
     auto display = openBrowser(settings, options.device.bounds().size(), formatOf(options.device), error);
     if (display == nullptr) refuse(error);
@@ -37,11 +36,11 @@ bool displayIsNamed() {
     return std::any_of(kNames.begin(), kNames.end(), [](const char* name) { return std::getenv(name) != nullptr; });
 }
 
-std::unique_ptr<Display> openDisplay(const Options& options, Text& text) {
+std::unique_ptr<Display> openDisplay(const Options& options, const Theme& theme, Text& text) {
     if (options.display == DisplayKind::Headless) return openHeadless();
     // Most of the time that a display takes to open it waits for others.
     text.warmUp();
-    if (options.display == DisplayKind::Browser) return openBrowserDisplay(options);
+    if (options.display == DisplayKind::Browser) return openBrowserDisplay(options, theme);
     // Where none is named nothing is tried: the libraries would print lines of their own about it.
     const bool tried = options.display == DisplayKind::Window || displayIsNamed();
     std::string error = "there is no display here";
@@ -50,7 +49,7 @@ std::unique_ptr<Display> openDisplay(const Options& options, Text& text) {
     if (window != nullptr) return window;
     if (options.display == DisplayKind::Window) refuse(error);
     std::fprintf(stderr, "colour: %s; showing the panel in the browser instead\n", error.c_str());
-    return openBrowserDisplay(options);
+    return openBrowserDisplay(options, theme);
 }
 
 Point wayBack(const Device& device) {
@@ -69,10 +68,10 @@ Toolkit::Toolkit(Options chosen)
       clock(clockFor(options)),
       storage(options.storage),
       theme(findTheme(options.theme), options.device),
-      languages(findTheme(options.theme) / "languages", options.language),
+      languages(theme.folder("languages"), options.language),
       text(options.device),
       screen(options.device.bounds().size(), formatOf(options.device)),
-      display(openDisplay(options, text)),
+      display(openDisplay(options, theme, text)),
       panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
       modals(screen, panel, *display),
       loop(options.device.bounds().size(), wayBack(options.device), clock, *display, panel, modals, trace),

@@ -46,7 +46,7 @@ const NamedKey& named(KeyRole role) {
                          [role](const NamedKey& key) { return key.role == role; });
 }
 
-std::filesystem::path layoutDirectory(const Desk& desk) { return desk.theme.directory() / "keyboards"; }
+std::filesystem::path layoutDirectory(const Desk& desk) { return desk.theme.folder("keyboards"); }
 
 /// A mark that sits on a letter is shown on a carrier of its own script; alone it would hardly be seen.
 std::string labelOf(const std::string& text) {

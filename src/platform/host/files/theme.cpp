@@ -128,6 +128,11 @@ std::shared_ptr<bitmap_s> Theme::inverted(const std::string& name) {
     return copy;
 }
 
+std::filesystem::path Theme::folder(const char* name) const {
+    const std::filesystem::path own = directory_ / name;
+    return !directory_.empty() && std::filesystem::exists(own) ? own : findTheme({}) / name;
+}
+
 const std::string* Theme::value(const std::string& name) const {
     const auto known = values_.find(name);
     return known == values_.end() ? nullptr : &known->second;

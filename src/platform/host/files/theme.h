@@ -20,7 +20,9 @@ public:
     /// `directory` holds theme.ini and icons/; a missing one is told once on standard error.
     Theme(std::filesystem::path directory, const Device& device);
 
-    [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
+    /// One of the theme's folders, such as "languages"; the installed theme's where this one lacks it, since a theme of
+    /// one's own may be just a few icons.
+    [[nodiscard]] std::filesystem::path folder(const char* name) const;
 
     /// The picture of that name; null when there is none (and for an empty name). "broken_image" falls back to
     /// the record the program exports as `def_broken_image`.
