@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <vector>
 
 #include "platform/host/screen/paint.h"
 #include "platform/host/screen/round_corner.h"
@@ -48,21 +49,29 @@ public:
         const std::int64_t top = std::int64_t{box.y} + block_;
         const std::int64_t right = box.right() - farWidth_;
         const std::int64_t bottom = box.bottom() - farHeight_;
-        paintSides(seen(left, box.y, right, box.bottom()));
-        paintSides(seen(box.x, top, left, bottom));
-        paintSides(seen(right, top, box.right(), bottom));
+        paintSides(seen(left, box.y, right, top));
+        paintSides(seen(box.x, top, box.right(), bottom));
+        paintSides(seen(left, bottom, right, box.bottom()));
+        std::vector<Arc> arcs;
         for (const Corner& corner : kCorners) {
             const Rect part = seen(corner.right ? right : box.x, corner.bottom ? bottom : box.y,
                                    corner.right ? box.right() : left, corner.bottom ? box.bottom() : top);
-            if (rounded(corner)) {
-                paintArc(corner, part);
-            } else {
+            if (!rounded(corner)) {
                 paintSides(part);
+            } else if (!part.empty()) {
+                arcs.push_back({corner, part});
             }
         }
+        paintArcs(arcs);
     }
 
 private:
+    /// What is seen of a round corner.
+    struct Arc {
+        const Corner& corner;
+        Rect part;
+    };
+
     [[nodiscard]] bool rounded(const Corner& corner) const {
         return (frame_.corners & corner.bit) != 0 && (frame_.sides & corner.sides) == corner.sides;
     }
@@ -99,17 +108,43 @@ private:
 
     void fillPart(Rect part, Rect side) { fillArea(buffer_, part.intersected(side), frame_.colour); }
 
-    void paintArc(const Corner& corner, Rect part) {
-        const Rect& box = frame_.box;
+    /// All at once: pixels as far from their corners have the same coverage.
+    void paintArcs(const std::vector<Arc>& arcs) {
+        Rect inwards;
+        for (const Arc& arc : arcs) inwards = inwards.united(mirrored(arc.corner, arc.part));
         const RoundCorner shape(radius_, filled_ ? 0 : radius_ - thickness_);
         const Paint paint(frame_.colour, buffer_.format());
-        for (int y = part.y; y < part.bottom(); ++y) {
-            const int row = corner.bottom ? box.h - 1 - (y - box.y) : y - box.y;
-            for (int x = part.x; x < part.right(); ++x) {
-                const int column = corner.right ? box.w - 1 - (x - box.x) : x - box.x;
-                paint.blend(buffer_.at(x, y), shape.coverage(column, row));
+        const auto blend = [&](int column, int row, int coverage) {
+            for (const auto& [corner, part] : arcs) {
+                const Point at = pixel(corner, column, row);
+                if (part.contains(at)) paint.blend(buffer_.at(at.x, at.y), coverage);
+            }
+        };
+        // Unless some of it is out of sight, a corner is its own mirror image.
+        const bool whole = inwards.x == inwards.y && inwards.w == inwards.h;
+        for (int row = inwards.y; row < inwards.bottom(); ++row) {
+            for (int column = whole ? row : inwards.x; column < inwards.right(); ++column) {
+                const int coverage = shape.coverage(column, row);
+                if (coverage == 0) continue;
+                blend(column, row, coverage);
+                if (whole && column != row) blend(row, column, coverage);
             }
         }
+    }
+
+    /// A part of the buffer as columns and rows counted inwards from a corner of the box.
+    [[nodiscard]] Rect mirrored(const Corner& corner, Rect part) const {
+        const Rect& box = frame_.box;
+        const int left = part.x - box.x;
+        const int top = part.y - box.y;
+        return {corner.right ? box.w - left - part.w : left, corner.bottom ? box.h - top - part.h : top, part.w,
+                part.h};
+    }
+
+    /// The pixel so many columns and rows inwards from a corner.
+    [[nodiscard]] Point pixel(const Corner& corner, int column, int row) const {
+        const Rect& box = frame_.box;
+        return {box.x + (corner.right ? box.w - 1 - column : column), box.y + (corner.bottom ? box.h - 1 - row : row)};
     }
 
     Framebuffer& buffer_;

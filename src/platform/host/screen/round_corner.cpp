@@ -7,7 +7,7 @@ namespace host {
 
 namespace {
 
-constexpr int kSlices = 32;  // columns into which a pixel on the rim is cut; exact to a fraction of a level
+constexpr int kSlices = 16;  // columns into which a pixel on the rim is cut; exact to a quarter of a level
 
 double sliceInDisc(double x, double top, double bottom, double radius) {
     const double half = std::sqrt(std::max(radius * radius - x * x, 0.0));
