@@ -77,7 +77,7 @@ void OpenFontSelector(benchmark::State& state) {
     Theme theme(COLOUR_SOURCE_DIR "/theme", device);
     Languages languages(COLOUR_SOURCE_DIR "/theme/languages", "en");
     const FontSelectorGeometry boxes(device, 11);
-    const std::vector<std::string> families = Text(device).families();
+    const std::vector<std::string> families = Text(device).families("en");
     const int rows = std::min(boxes.rows, static_cast<int>(families.size()));
     std::vector<double> ours;
     std::vector<double> peer;

@@ -146,6 +146,16 @@ TEST_F(TextTest, FamiliesAreFoundInAnyCaseAndUnknownOnesGiveTheDefault) {
     EXPECT_EQ(text_.measure("iiii", *narrow, 0).w, text_.measure("MMMM", *narrow, 0).w);
 }
 
+TEST_F(TextTest, FamiliesThatWriteTheLanguageComeFirst) {
+    for (const auto& [language, writing, other] :
+         {std::tuple{"de", "Noto Serif", "Noto Naskh Arabic"}, std::tuple{"ar", "Noto Naskh Arabic", "Noto Serif"}}) {
+        const std::vector<std::string> families = text_.families(language);
+        const auto isOther = [other = other](const std::string& family) { return family == other; };
+        const auto end = std::find_if(families.begin(), families.end(), isOther);
+        EXPECT_TRUE(std::find(families.begin(), end, writing) != end && end != families.end()) << language;
+    }
+}
+
 TEST(TextUtf8, ReplacesEachBrokenPartOnce) {
     const std::string r = "\uFFFD";
     const std::pair<std::string, std::string> cases[] = {

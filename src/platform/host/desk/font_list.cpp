@@ -1,6 +1,7 @@
 #include "platform/host/desk/font_list.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "platform/host/desk/pointer_event.h"
@@ -16,19 +17,20 @@ constexpr int kCorner = 14;        // design units
 constexpr int kThinLine = -2;
 constexpr int kThickLine = -3;
 
-/// The font in a smaller size where the text would not fit; at its smallest, the text is cut instead.
-font_s fitted(Text& text, const std::string& line, font_s font, int width) {
-    for (int needed = text.measure(line, font, 0).w; needed > width && font.size > kSmallestName;
-         needed = text.measure(line, font, 0).w) {
-        font.size = std::max(std::min(font.size * width / needed, font.size - 1), kSmallestName);
-    }
-    return font;
+/// Smaller where the text would not fit the width; at its smallest size, the text is cut instead.
+TextBlock fitted(Text& text, const std::string& line, const std::string& family, int width) {
+    font_s font{family, kNameSize};
+    return text.fitLine(line, font, {width, std::numeric_limits<int>::max()}, kSmallestName);
 }
 
 }  // namespace
 
 FontList::FontList(const Desk& desk, Rect box, int rows, std::string chosen)
-    : desk_(desk), families_(desk.text.families()), box_(box), rows_(rows), chosen_(std::move(chosen)) {
+    : desk_(desk),
+      families_(desk.text.families(desk.languages.code())),
+      box_(box),
+      rows_(rows),
+      chosen_(std::move(chosen)) {
     const auto place = std::find(families_.begin(), families_.end(), chosen_);
     if (place != families_.end()) page_ = static_cast<int>(place - families_.begin()) / rows_;
 }
@@ -97,21 +99,21 @@ void FontList::paintRow(int row) {
 /// The name in its own font. A font that cannot show it has the name in the default font, and some of its own
 /// characters at the end of the row, where at least two of them have room.
 void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
-    const font_s own{family, kNameSize};
-    const TextStyle style{.wrap = Wrap::None, .colour = colour};
-    const std::string sample = desk_.text.sample(family);
-    if (sample.empty()) {
-        return desk_.text.draw(desk_.screen, inside, family, fitted(desk_.text, family, own, inside.w), style);
-    }
+    const auto draw = [&](Rect box, const TextBlock& line) {
+        desk_.text.drawLine(desk_.screen, box, line, Align::Start, colour);
+    };
+    const std::string characters = desk_.text.sample(family);
+    if (characters.empty()) return draw(inside, fitted(desk_.text, family, family, inside.w));
 
     const int margin = desk_.device.designToPixel(kRowMargin);
     const int room = inside.w - margin - 2 * inside.h;
-    const font_s plain = fitted(desk_.text, family, {desk_.text.defaultFamily(0), kNameSize}, room);
-    const int nameWidth = std::min(desk_.text.measure(family, plain, 0).w, room);
-    const int sampleWidth = std::min(desk_.text.measure(sample, own, 0).w, inside.w - nameWidth - margin);
-    desk_.text.draw(desk_.screen, {inside.x, inside.y, nameWidth, inside.h}, family, plain, style);
+    const TextBlock name = fitted(desk_.text, family, desk_.text.defaultFamily(0), room);
+    const TextBlock sample = fitted(desk_.text, characters, family, inside.w);
+    const int nameWidth = std::min(name.size().w, room);
+    const int sampleWidth = std::min(sample.size().w, inside.w - nameWidth - margin);
+    draw({inside.x, inside.y, nameWidth, inside.h}, name);
     const int end = inside.x + inside.w;
-    desk_.text.draw(desk_.screen, {end - sampleWidth, inside.y, sampleWidth, inside.h}, sample, own, style);
+    draw({end - sampleWidth, inside.y, sampleWidth, inside.h}, sample);
 }
 
 void FontList::showRow(int row, Waveform waveform) {

@@ -9,8 +9,8 @@
 
 namespace host {
 
-/// The machine's fonts in pages of rows, each family's name shown in itself, with one family chosen. Only the page
-/// shown opens its fonts.
+/// The machine's fonts in pages of rows, each family's name shown in itself, with one family chosen. Those that can
+/// write the person's language come first. Only the page shown opens its fonts.
 class FontList {
 public:
     /// Opens at the page of `chosen`, a family of the list.
@@ -42,7 +42,7 @@ private:
     void choose(int row);
 
     Desk desk_;
-    const std::vector<std::string>& families_;
+    std::vector<std::string> families_;
     Rect box_;
     int rows_;
     std::string chosen_;

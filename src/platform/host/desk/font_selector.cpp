@@ -8,6 +8,7 @@
 
 #include "platform/host/desk/font_list.h"
 #include "platform/host/desk/font_selector_geometry.h"
+#include "platform/host/desk/sheet.h"
 #include "platform/host/desk/touch_button.h"
 #include "platform/host/session/trace.h"
 
@@ -21,8 +22,6 @@ constexpr int kUsualSize = 28;
 
 constexpr int kSampleMargin = 16;  // design units
 constexpr int kThinLine = -2;
-constexpr int kThickLine = -3;
-constexpr int kStandardCorner = -100;
 
 /// "Name,Size" taken apart; the name ends at the first comma.
 struct FontChoice {
@@ -79,7 +78,6 @@ private:
     };
 
     [[nodiscard]] ButtonFace face(std::string label, std::string icon = {}) const;
-    void paintPanel();
     void paintPageText();
     void paintSample();
     void turn(int pages);
@@ -118,7 +116,7 @@ FontSelector::FontSelector(const Desk& desk, const FontRequest& request, const s
 }
 
 void FontSelector::paint() {
-    paintPanel();
+    paintSheet(desk_, boxes_.panel);
     const TextStyle line{.wrap = Wrap::None};
     desk_.text.draw(desk_.screen, boxes_.title, title_, {desk_.text.defaultFamily(0), kTextSize}, line);
     list_.paint();
@@ -154,39 +152,33 @@ ButtonFace FontSelector::face(std::string label, std::string icon) const {
     return {std::move(label), std::move(icon), font_s{desk_.text.defaultFamily(0), kTextSize}};
 }
 
-/// White inside the round frame only, so that the picture below stays visible outside its corners.
-void FontSelector::paintPanel() {
-    const Rect box = boxes_.panel;
-    const int radius = desk_.device.cornerRadius(kStandardCorner);
-    const int solid = (std::min(box.w, box.h) + 1) / 2;
-    desk_.screen.frame({.box = box, .thickness = solid, .corners = 31, .radius = radius, .colour = kWhite});
-    desk_.screen.frame({.box = box, .thickness = desk_.device.frameThickness(kThickLine), .radius = radius});
-}
-
 void FontSelector::paintPageText() {
-    desk_.screen.fill(boxes_.page, kWhite);
     desk_.text.draw(desk_.screen, boxes_.page, list_.pageText(), {desk_.text.defaultFamily(0), kTextSize},
                     {.align = Align::Centre, .wrap = Wrap::None});
 }
 
 void FontSelector::paintSample() {
     const int line = desk_.device.frameThickness(kThinLine);
-    desk_.screen.fill(boxes_.sample, kWhite);
     desk_.screen.frame({.box = boxes_.sample, .thickness = line, .radius = 0});
     const Rect inside = boxes_.sample.inset(line + desk_.device.designToPixel(kSampleMargin));
     const font_s font{list_.chosen(), size_};
     const std::string own = desk_.text.sample(font.family);
     const std::string& sample = own.empty() ? desk_.languages.text("@SampleText") : own;
-    const int height = desk_.text.measure(sample, font, inside.w).h;
-    // A large size gets the one line that its font makes, cut at the box.
-    const bool fits = height <= inside.h;
-    const Rect middle{inside.x, inside.y + (inside.h - height) / 2, inside.w, height};
-    desk_.text.draw(desk_.screen, fits ? middle : inside, sample, font, {.wrap = fits ? Wrap::Words : Wrap::None});
+    const TextBlock block = desk_.text.layOut(sample, font, inside.w);
+    const int height = block.size().h;
+    if (height <= inside.h) {
+        const Point topLeft{inside.x, inside.y + (inside.h - height) / 2};
+        desk_.text.draw(desk_.screen, topLeft, block, inside, kBlack);
+    } else {
+        // A large size gets the one line that its font makes, cut at the box.
+        desk_.text.draw(desk_.screen, inside, sample, font, {.wrap = Wrap::None});
+    }
 }
 
 void FontSelector::turn(int pages) {
     list_.turn(pages);
     desk_.screen.fill(boxes_.list, kWhite);
+    desk_.screen.fill(boxes_.page, kWhite);
     list_.paint();
     paintPageText();
     desk_.panel.update(boxes_.list.united(boxes_.page), Waveform::Regular);
@@ -196,7 +188,7 @@ void FontSelector::chooseSize(int size) {
     for (SizeButton& other : sizes_) {
         if (other.size != size_ && other.size != size) continue;
         other.button.setMarked(other.size == size);
-        other.button.paint(desk_);
+        other.button.repaint(desk_);
         desk_.panel.update(other.button.box(), Waveform::Regular);
     }
     size_ = size;
@@ -204,6 +196,7 @@ void FontSelector::chooseSize(int size) {
 }
 
 void FontSelector::showSample() {
+    desk_.screen.fill(boxes_.sample, kWhite);
     paintSample();
     desk_.panel.update(boxes_.sample, Waveform::Regular);
 }

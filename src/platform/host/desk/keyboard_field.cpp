@@ -19,8 +19,7 @@ KeyboardField::KeyboardField(const Desk& desk, Rect box)
       box_(box),
       clip_(box.inset(desk.device.frameThickness(kThinLine) + desk.device.designToPixel(kMargin))),
       inside_(clip_.inset(desk.device.designToPixel(kMargin))),
-      font_{desk.text.defaultFamily(0), kTextSize},
-      block_(desk.text.layOut("", font_, inside_.w)) {}
+      flow_(desk.text, {desk.text.defaultFamily(0), kTextSize}, inside_.w) {}
 
 void KeyboardField::paint() {
     desk_.screen.fill(box_, kWhite);
@@ -38,8 +37,7 @@ Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool empty
 
 Rect KeyboardField::set(const std::string& text, std::size_t cursor, bool emptyAtRight) {
     const Rect oldBar = cursorBar();
-    if (text != text_) block_ = desk_.text.layOut(text, font_, inside_.w);
-    text_ = text;
+    flow_.set(text);
     cursor_ = cursor;
     emptyAtRight_ = emptyAtRight;
     scrollToCursor();
@@ -57,38 +55,39 @@ Rect KeyboardField::set(const std::string& text, std::size_t cursor, bool emptyA
 }
 
 std::size_t KeyboardField::offsetAt(Point onScreen) const {
-    return block_.offsetAt({onScreen.x - inside_.x, onScreen.y - inside_.y + scrolled_});
+    return flow_.offsetAt({onScreen.x - inside_.x, onScreen.y - inside_.y + scrolled_});
 }
 
 std::size_t KeyboardField::lineAbove() const {
-    const Rect bar = block_.cursor(cursor_);
-    return bar.y <= 0 ? cursor_ : block_.offsetAt({bar.x, bar.y - 1});
+    const Rect bar = flow_.cursor(cursor_);
+    return bar.y <= 0 ? cursor_ : flow_.offsetAt({bar.x, bar.y - 1});
 }
 
 std::size_t KeyboardField::lineBelow() const {
-    const Rect bar = block_.cursor(cursor_);
-    const auto lines = block_.lines();
+    const Rect bar = flow_.cursor(cursor_);
+    const auto& lines = flow_.lines();
     const bool last = lines.empty() || lines.back().box.y <= bar.y;
-    return last ? cursor_ : block_.offsetAt({bar.x, bar.y + bar.h});
+    return last ? cursor_ : flow_.offsetAt({bar.x, bar.y + bar.h});
 }
 
 std::vector<KeyboardField::ShownLine> KeyboardField::visibleLines() const {
     std::vector<ShownLine> visible;
-    for (const TextBlock::Line& line : block_.lines()) {
+    for (const TextBlock::Line& line : flow_.lines()) {
         Rect ink = line.ink.united({line.box.x, line.box.y, std::max(line.box.w, 1), line.box.h});
         ink.x += inside_.x;
         ink.y += inside_.y - scrolled_;
-        if (!ink.intersected(textClip()).empty()) visible.push_back({text_.substr(line.start, line.length), ink});
+        if (!ink.intersected(textClip()).empty())
+            visible.push_back({flow_.utf8().substr(line.start, line.length), ink});
     }
     return visible;
 }
 
 /// On the screen. Where a full line ends at the field's edge the bar stays inside.
 Rect KeyboardField::cursorBar() const {
-    const Rect place = block_.cursor(cursor_);
+    const Rect place = flow_.cursor(cursor_);
     const int width = desk_.device.designToPixel(kCursorWidth);
     const int last = std::max(inside_.w - width, 0);
-    const int x = text_.empty() && emptyAtRight_ ? last : std::clamp(place.x, 0, last);
+    const int x = flow_.utf8().empty() && emptyAtRight_ ? last : std::clamp(place.x, 0, last);
     return Rect{inside_.x + x, inside_.y + place.y - scrolled_, width, place.h}.intersected(inside_);
 }
 
@@ -101,21 +100,21 @@ Rect KeyboardField::textClip() const {
 /// The text moves by whole lines, so the first one in sight is never cut; no rows stay empty below while lines are
 /// hidden above.
 void KeyboardField::scrollToCursor() {
-    const auto lines = block_.lines();
+    const auto& lines = flow_.lines();
     if (lines.empty()) return;
     const auto firstTopFrom = [&lines](std::int64_t row) {
         const auto line =
             std::find_if(lines.begin(), lines.end(), [row](const auto& each) { return each.box.y >= row; });
         return line == lines.end() ? lines.back().box.y : line->box.y;
     };
-    const Rect bar = block_.cursor(cursor_);
+    const Rect bar = flow_.cursor(cursor_);
     scrolled_ = std::min({scrolled_, firstTopFrom(lines.back().box.bottom() - inside_.h), bar.y});
     if (bar.bottom() > scrolled_ + inside_.h) scrolled_ = firstTopFrom(bar.bottom() - inside_.h);
 }
 
 void KeyboardField::paintPart(Rect part) {
     desk_.screen.fill(part, kWhite);
-    desk_.text.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, block_, part.intersected(textClip()), kBlack);
+    flow_.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, part.intersected(textClip()), kBlack);
     desk_.screen.fill(cursorBar().intersected(part), kBlack);
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/host/desk/desk.h"
-#include "platform/host/screen/text_block.h"
+#include "platform/host/screen/flowed_text.h"
 
 namespace host {
 
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] std::size_t lineAbove() const;
     [[nodiscard]] std::size_t lineBelow() const;
     /// True when the cursor's line reads from right to left.
-    [[nodiscard]] bool readsFromRight() const { return block_.readsFromRight(cursor_); }
+    [[nodiscard]] bool readsFromRight() const { return flow_.readsFromRight(cursor_); }
 
 private:
     struct ShownLine {
@@ -51,11 +51,9 @@ private:
     Rect box_;
     Rect clip_;    ///< where marks above and below the text may reach
     Rect inside_;  ///< where its lines are laid out
-    font_s font_;
-    std::string text_;
     std::size_t cursor_ = 0;
     bool emptyAtRight_ = false;
-    TextBlock block_;
+    FlowedText flow_;
     int scrolled_ = 0;  ///< rows of the text above the field
     std::vector<ShownLine> shown_;
 };

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/host/desk/sheet.h"
 #include "platform/host/desk/touch_button.h"
 
 namespace host {
@@ -22,8 +23,6 @@ constexpr int kTitleSize = 32;
 constexpr int kTextSize = 26;
 constexpr int kButtonSize = 28;
 
-constexpr int kThickLine = -3;
-constexpr int kStandardCorner = -100;
 constexpr int kCancelled = 1;
 
 class MessageDialog final : public Modal {
@@ -46,7 +45,6 @@ private:
 
     void layOut();
     void placeButtons(Rect row, const Message& message);
-    void paintPanel();
     void paintParagraph(const Paragraph& paragraph);
     void finish(int button);
 
@@ -103,18 +101,10 @@ void MessageDialog::placeButtons(Rect row, const Message& message) {
 }
 
 void MessageDialog::paint() {
-    paintPanel();
+    paintSheet(desk_, area_);
     paintParagraph(title_);
     paintParagraph(text_);
     for (TouchButton& button : buttons_) button.paint(desk_);
-}
-
-/// White inside the round frame only, so that the picture below stays visible outside its corners.
-void MessageDialog::paintPanel() {
-    const int radius = desk_.device.cornerRadius(kStandardCorner);
-    const int solid = (std::min(area_.w, area_.h) + 1) / 2;
-    desk_.screen.frame({.box = area_, .thickness = solid, .corners = 31, .radius = radius, .colour = kWhite});
-    desk_.screen.frame({.box = area_, .thickness = desk_.device.frameThickness(kThickLine), .radius = radius});
 }
 
 /// Accents of the first line and tails of the last may reach a little out of the box.

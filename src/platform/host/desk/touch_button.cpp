@@ -38,9 +38,13 @@ void TouchButton::setFace(std::string label, std::string icon) {
 void TouchButton::paint(const Desk& desk) {
     const int radius = desk.device.designToPixel(kCorner);
     const int line = marked_ ? 2 * desk.device.frameThickness(kThickLine) : desk.device.frameThickness(kThinLine);
-    desk.screen.fill(box_, kWhite);
     desk.screen.frame(pressed_ ? filled(box_, radius) : Frame{.box = box_, .thickness = line, .radius = radius});
     paintFace(desk, box_.inset(line));
+}
+
+void TouchButton::repaint(const Desk& desk) {
+    desk.screen.fill(box_, kWhite);
+    paint(desk);
 }
 
 bool TouchButton::pointer(const Desk& desk, int type, Point at) {
@@ -56,7 +60,7 @@ bool TouchButton::pointer(const Desk& desk, int type, Point at) {
 
 void TouchButton::show(const Desk& desk, bool pressed) {
     pressed_ = pressed;
-    paint(desk);
+    repaint(desk);
     desk.panel.update(box_, Waveform::Fast);
 }
 
@@ -71,19 +75,10 @@ void TouchButton::paintFace(const Desk& desk, Rect inside) {
     if (face_.label.empty()) return;
     const int margin = desk.device.designToPixel(kLabelMargin);
     const Rect room{inside.x + margin, inside.y, inside.w - 2 * margin, inside.h};
-    fitLabel(desk.text, room.size());
-    const TextStyle style{.align = Align::Centre, .wrap = Wrap::None, .colour = pressed_ ? kWhite : kBlack};
-    desk.text.draw(desk.screen, room, face_.label, font_s{face_.font.family, fittedSize_}, style);
-}
-
-void TouchButton::fitLabel(Text& text, Size room) {
-    if (fittedSize_ > 0) return;
-    fittedSize_ = face_.font.size;
-    while (fittedSize_ > kSmallestFont) {
-        const Size taken = text.measure(face_.label, font_s{face_.font.family, fittedSize_}, 0);
-        if (taken.w <= room.w && taken.h <= room.h) return;
-        --fittedSize_;
-    }
+    font_s font{face_.font.family, fittedSize_ > 0 ? fittedSize_ : face_.font.size};
+    const TextBlock label = desk.text.fitLine(face_.label, font, room.size(), kSmallestFont);
+    fittedSize_ = font.size;
+    desk.text.drawLine(desk.screen, room, label, Align::Centre, pressed_ ? kWhite : kBlack);
 }
 
 }  // namespace host

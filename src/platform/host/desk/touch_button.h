@@ -31,8 +31,12 @@ public:
     /// Marks a choice in force (a locked shift, the present size) by a thicker frame.
     void setMarked(bool marked) { marked_ = marked; }
 
-    /// Paints the whole box into the screen buffer; refreshes nothing.
+    // Both paint into the screen buffer and refresh nothing.
+
+    /// Onto white ground.
     void paint(const Desk& desk);
+    /// Over what the box shows.
+    void repaint(const Desk& desk);
 
     /// One pointer event; repaints and refreshes the box, fast, where the look changes. True when the button acts.
     [[nodiscard]] bool pointer(const Desk& desk, int type, Point at);
@@ -40,7 +44,6 @@ public:
 private:
     void show(const Desk& desk, bool pressed);
     void paintFace(const Desk& desk, Rect inside);
-    void fitLabel(Text& text, Size room);
 
     Rect box_;
     ButtonFace face_;

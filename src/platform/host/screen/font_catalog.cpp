@@ -68,6 +68,20 @@ FontCatalog::FontCatalog() : config_(sharedConfig()) {
     if (empty()) std::fputs("colour: fontconfig finds no outline font; text will not be shown\n", stderr);
 }
 
+std::vector<std::string> FontCatalog::familiesFor(const std::string& language) const {
+    std::set<std::string> writing;
+    forEachFont(config_, [&](const FcPattern* font) {
+        FcLangSet* languages = nullptr;
+        if (FcPatternGetLangSet(font, FC_LANG, 0, &languages) != FcResultMatch) return;
+        if (FcLangSetHasLang(languages, fontconfigText(language.c_str())) == FcLangDifferentLang) return;
+        writing.insert(familyName(font, 0));
+    });
+    std::vector<std::string> ordered = families_;
+    std::stable_partition(ordered.begin(), ordered.end(),
+                          [&writing](const std::string& family) { return writing.contains(family); });
+    return ordered;
+}
+
 const std::string& FontCatalog::resolve(const std::string& family) const {
     if (const auto name = names_.find(family); name != names_.end()) return *name;
     constexpr std::pair<const char*, int> kGeneric[] = {{"Serif", 1}, {"Monospace", 2}, {"Mono", 2}};

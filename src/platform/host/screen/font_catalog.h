@@ -25,6 +25,9 @@ public:
     /// stand in a "Name,Size" string, are left out.
     [[nodiscard]] const std::vector<std::string>& families() const { return families_; }
 
+    /// The same, but first those that can write that language, a code such as "de".
+    [[nodiscard]] std::vector<std::string> familiesFor(const std::string& language) const;
+
     /// The family to use for a name that was asked for: the name itself where a font has it among its names (in
     /// any case), the default one of its kind for "Sans", "Serif" and "Monospace", else default number 0.
     [[nodiscard]] const std::string& resolve(const std::string& family) const;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 
 #include "platform/host/screen/font_set.h"
 
@@ -15,7 +16,7 @@ constexpr std::size_t kCharacters = 6;
 bool belongsTo(const FcPattern* font, const std::string& family) {
     FcChar8* first = nullptr;
     return FcPatternGetString(font, FC_FAMILY, 0, &first) == FcResultMatch &&
-           FcStrCmpIgnoreCase(first, fontconfigText(family.c_str())) == 0;
+           std::strcmp(reinterpret_cast<const char*>(first), family.c_str()) == 0;
 }
 
 bool hasLetters(const FcCharSet* characters, const std::string& name) {
@@ -35,6 +36,7 @@ bool isSign(gunichar character) {
     return character > kLatin1End && g_unichar_isgraph(character) && !g_unichar_ismark(character);
 }
 
+/// In their order, while `visit` returns true.
 template <typename Visit>
 void forEachCharacter(const FcCharSet* characters, Visit visit) {
     FcChar32 bits[FC_CHARSET_MAP_SIZE];
@@ -42,7 +44,7 @@ void forEachCharacter(const FcCharSet* characters, Visit visit) {
     for (FcChar32 page = FcCharSetFirstPage(characters, bits, &next); page != FC_CHARSET_DONE;
          page = FcCharSetNextPage(characters, bits, &next)) {
         for (FcChar32 i = 0; i < FC_CHARSET_MAP_SIZE * 32; ++i) {
-            if ((bits[i / 32] >> (i % 32) & 1U) != 0) visit(page + i);
+            if ((bits[i / 32] >> (i % 32) & 1U) != 0 && !visit(page + i)) return;
         }
     }
 }
@@ -52,8 +54,9 @@ std::string firstCharacters(const FcCharSet* characters) {
     std::u32string letters;
     std::u32string signs;
     forEachCharacter(characters, [&](FcChar32 character) {
-        if (letters.size() < kCharacters && isOwnLetter(character)) letters += static_cast<char32_t>(character);
+        if (isOwnLetter(character)) letters += static_cast<char32_t>(character);
         if (signs.size() < kCharacters && isSign(character)) signs += static_cast<char32_t>(character);
+        return letters.size() < kCharacters;
     });
     std::string sample;
     for (const char32_t character : letters.empty() ? signs : letters) {

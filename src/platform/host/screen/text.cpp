@@ -26,12 +26,18 @@ using Owned = std::unique_ptr<T, Release>;
 constexpr double kLargestPixels = 1000;
 /// No box is wider than this for the layout, and no place further away, so that both fit Pango's units.
 constexpr int kFarthest = 1 << 20;
+/// From this size, in pixels to the em, stems are so thick that hinting changes nothing that can be seen; it takes
+/// a third of the time of a font's first glyphs.
+constexpr double kUnhinted = 40;
+
 /// Vertical hinting only: stems stay crisp, and advances do not depend on the rasteriser.
 void preferLightHinting(FcPattern* pattern, gpointer) {
+    double pixels = 0;
+    FcPatternGetDouble(pattern, FC_PIXEL_SIZE, 0, &pixels);
     FcPatternDel(pattern, FC_HINT_STYLE);
-    FcPatternAddInteger(pattern, FC_HINT_STYLE, FC_HINT_SLIGHT);
+    FcPatternAddInteger(pattern, FC_HINT_STYLE, pixels < kUnhinted ? FC_HINT_SLIGHT : FC_HINT_NONE);
     FcPatternDel(pattern, FC_HINTING);
-    FcPatternAddBool(pattern, FC_HINTING, FcTrue);
+    FcPatternAddBool(pattern, FC_HINTING, pixels < kUnhinted ? FcTrue : FcFalse);
     FcPatternDel(pattern, FC_ANTIALIAS);
     FcPatternAddBool(pattern, FC_ANTIALIAS, FcTrue);
 }
@@ -54,8 +60,8 @@ struct Text::Engine {
 
     explicit Engine(const Device& forDevice);
 
-    [[nodiscard]] Owned<PangoLayout> layout(std::string_view utf8, const font_s& font, const TextStyle& style) const;
-    void drawLines(Screen& screen, PangoLayout* layout, Point origin, Rect visible, Rgb colour);
+    [[nodiscard]] Owned<PangoLayout> layout(std::string_view utf8, const font_s& font, Wrap wrap) const;
+    void drawLines(Screen& screen, const TextBlock& block, Point origin, Rect visible, Rgb colour);
     void drawLine(const Canvas& on, const PangoLayoutLine* line, Point pen);
     void drawGlyph(const Canvas& on, PangoFont* font, PangoGlyph glyph, Point place);
 
@@ -71,7 +77,7 @@ Text::Engine::Engine(const Device& forDevice) : device(forDevice), fonts(pango_f
     context.reset(pango_font_map_create_context(fonts.get()));
 }
 
-Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& font, const TextStyle& style) const {
+Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& font, Wrap wrap) const {
     const double pixels = std::clamp(device.scale * font.size * device.dpi / 160, 1.0, kLargestPixels);
     const Owned<PangoFontDescription> description(pango_font_description_new());
     const std::string& family = font.family.empty() ? catalog.defaultFamily(0) : font.family;
@@ -84,9 +90,8 @@ Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& fon
     Owned<PangoLayout> layout(pango_layout_new(context.get()));
     pango_layout_set_attributes(layout.get(), attributes.get());
     pango_layout_set_font_description(layout.get(), description.get());
-    pango_layout_set_alignment(layout.get(), alignment(style.align));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-    if (style.wrap == Wrap::None) {
+    if (wrap == Wrap::None) {
         std::replace(text.begin(), text.end(), '\n', ' ');
         std::replace(text.begin(), text.end(), '\r', ' ');
         pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
@@ -96,18 +101,20 @@ Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& fon
     return layout;
 }
 
-/// Draws the lines of a layout whose top left corner is `origin`. A line that begins below `visible` is not drawn.
-void Text::Engine::drawLines(Screen& screen, PangoLayout* layout, Point origin, Rect visible, Rgb colour) {
-    const Owned<PangoLayoutIter> lines(pango_layout_get_iter(layout));
+/// Draws the lines of a text whose top left corner is `origin`. A line that begins below `visible` is not drawn.
+void Text::Engine::drawLines(Screen& screen, const TextBlock& block, Point origin, Rect visible, Rgb colour) {
+    const Owned<PangoLayoutIter> lines(pango_layout_get_iter(block.layout()));
+    int count = 0;
     do {
         PangoRectangle box;
         pango_layout_iter_get_line_extents(lines.get(), nullptr, &box);
+        box.y += block.top();
         if (origin.y + PANGO_PIXELS(box.y) >= visible.bottom()) return;
         // Accents and tails may leave their line's box, but not by a whole line.
         if (origin.y + PANGO_PIXELS(box.y) + 2 * PANGO_PIXELS(box.height) <= visible.y) continue;
-        const Point pen{box.x, pango_layout_iter_get_baseline(lines.get())};
+        const Point pen{box.x, pango_layout_iter_get_baseline(lines.get()) + block.top()};
         drawLine({screen, origin, visible, colour}, pango_layout_iter_get_line_readonly(lines.get()), pen);
-    } while (pango_layout_iter_next_line(lines.get()));
+    } while (++count < block.lineLimit() && pango_layout_iter_next_line(lines.get()));
 }
 
 /// Draws one line; `pen` is where its baseline begins, in Pango units from the origin.
@@ -139,7 +146,7 @@ void Text::warmUp() {
         auto engine = std::make_unique<Engine>(device_);
         // Finding the default font takes longer than all the rest.
         constexpr int kAnySize = 32;
-        pango_layout_get_line_count(engine->layout("A", {.size = kAnySize}, {}).get());
+        pango_layout_get_line_count(engine->layout("A", {.size = kAnySize}, Wrap::None).get());
         return engine;
     });
 }
@@ -155,21 +162,17 @@ const char* Text::defaultFamily(int index) const { return engine().catalog.defau
 void Text::draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style) {
     const Rect visible = box.intersected(screen.pixels().bounds());
     if (utf8.empty() || visible.empty() || engine().catalog.empty()) return;
-    const Owned<PangoLayout> layout = engine().layout(utf8, font, style);
-    pango_layout_set_width(layout.get(), std::min(box.w, kFarthest) * PANGO_SCALE);
-    int top = box.y;
-    if (style.wrap == Wrap::None) {
-        int height = 0;
-        pango_layout_get_pixel_size(layout.get(), nullptr, &height);
-        top += (box.h - height) / 2;
-    }
-    const Point origin{std::max(box.x, -kFarthest), std::max(top, -kFarthest)};
-    engine().drawLines(screen, layout.get(), origin, visible, style.colour);
+    const TextBlock block(engine().layout(utf8, font, style.wrap).release());
+    if (style.wrap == Wrap::None) return drawLine(screen, box, block, style.align, style.colour);
+    pango_layout_set_alignment(block.layout(), alignment(style.align));
+    pango_layout_set_width(block.layout(), std::min(box.w, kFarthest) * PANGO_SCALE);
+    const Point origin{std::max(box.x, -kFarthest), std::max(box.y, -kFarthest)};
+    engine().drawLines(screen, block, origin, visible, style.colour);
 }
 
 TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width) {
     if (engine().catalog.empty()) return TextBlock(nullptr);
-    Owned<PangoLayout> layout = engine().layout(utf8, font, {});
+    Owned<PangoLayout> layout = engine().layout(utf8, font, Wrap::Words);
     pango_layout_set_width(layout.get(), std::clamp(width, 1, kFarthest) * PANGO_SCALE);
     return TextBlock(layout.release());
 }
@@ -177,19 +180,47 @@ TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width) {
 void Text::draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour) {
     const Rect visible = clip.intersected(screen.pixels().bounds());
     if (block.layout() == nullptr || visible.empty()) return;
-    engine().drawLines(screen, block.layout(), topLeft, visible, colour);
+    engine().drawLines(screen, block, topLeft, visible, colour);
+}
+
+TextBlock Text::fitLine(std::string_view utf8, font_s& font, Size room, int smallest) {
+    if (engine().catalog.empty()) return TextBlock(nullptr);
+    while (true) {
+        TextBlock line(engine().layout(utf8, font, Wrap::None).release());
+        const auto [w, h] = line.size();
+        if ((w <= room.w && h <= room.h) || font.size <= smallest) return line;
+        const double shrunk = font.size * std::min(1.0 * room.w / w, 1.0 * room.h / h);
+        font.size = std::max(std::min(static_cast<int>(shrunk), font.size - 1), smallest);
+    }
+}
+
+void Text::drawLine(Screen& screen, Rect box, const TextBlock& line, Align align, Rgb colour) {
+    const Rect visible = box.intersected(screen.pixels().bounds());
+    if (line.layout() == nullptr || visible.empty()) return;
+    const Size size = line.size();
+    int left = box.x;
+    if (size.w > box.w) {
+        pango_layout_set_alignment(line.layout(), alignment(align));
+        pango_layout_set_width(line.layout(), box.w * PANGO_SCALE);
+    } else if (align == Align::Centre) {
+        left += (box.w - size.w + 1) / 2;
+    } else if ((align == Align::End) != line.readsFromRight(0)) {
+        left += box.w - size.w;
+    }
+    const Point origin{std::max(left, -kFarthest), std::max(box.y + (box.h - size.h) / 2, -kFarthest)};
+    engine().drawLines(screen, line, origin, visible, colour);
 }
 
 Size Text::measure(std::string_view utf8, const font_s& font, int width) {
     if (engine().catalog.empty()) return {};
-    const Owned<PangoLayout> layout = engine().layout(utf8, font, {});
+    const Owned<PangoLayout> layout = engine().layout(utf8, font, Wrap::Words);
     if (width > 0) pango_layout_set_width(layout.get(), std::min(width, kFarthest) * PANGO_SCALE);
     Size size;
     pango_layout_get_pixel_size(layout.get(), &size.w, &size.h);
     return size;
 }
 
-const std::vector<std::string>& Text::families() { return engine().catalog.families(); }
+std::vector<std::string> Text::families(const std::string& language) { return engine().catalog.familiesFor(language); }
 
 std::string Text::sample(const std::string& family) { return fontSample(engine().catalog.config(), family); }
 

@@ -60,11 +60,18 @@ public:
     /// Draws what lies inside `clip` of a laid-out text whose top left corner is at `topLeft`.
     void draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour);
 
+    /// Lays a text out on one line in the largest size, up to the font's own, in which it fits; at the smallest size it
+    /// may not. The font takes that size.
+    [[nodiscard]] TextBlock fitLine(std::string_view utf8, font_s& font, Size room, int smallest);
+    /// Draws such a line as `draw` with Wrap::None does, without laying it out again where it has room.
+    void drawLine(Screen& screen, Rect box, const TextBlock& line, Align align, Rgb colour);
+
     /// Pixels that the text takes in a box of that width (0: as wide as it likes, lines broken only at line ends).
     [[nodiscard]] Size measure(std::string_view utf8, const font_s& font, int width);
 
-    /// Families of the machine's fonts, sorted without regard to case; no names that contain a comma.
-    [[nodiscard]] const std::vector<std::string>& families();
+    /// Families of the machine's fonts: first those that can write the language (a code such as "de"), then the others;
+    /// both sorted without regard to case. No names that contain a comma.
+    [[nodiscard]] std::vector<std::string> families(const std::string& language);
 
     /// A few characters that show a family which has no letters for its own name; empty for any other.
     [[nodiscard]] std::string sample(const std::string& family);

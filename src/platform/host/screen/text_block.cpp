@@ -6,6 +6,8 @@ namespace host {
 
 namespace {
 
+static_assert(TextBlock::kUnits == PANGO_SCALE);
+
 /// Hinting may move the edge of a glyph beyond the ink that its outline promises.
 constexpr int kHintingMargin = 2;
 
@@ -13,16 +15,23 @@ struct FreeIterator {
     void operator()(PangoLayoutIter* lines) const { pango_layout_iter_free(lines); }
 };
 
-Rect pixels(const PangoRectangle& units) {
+/// The whole pixels around a place of the layout, `down` units further down.
+Rect pixels(const PangoRectangle& units, int down) {
     const int left = PANGO_PIXELS_FLOOR(units.x);
-    const int top = PANGO_PIXELS_FLOOR(units.y);
+    const int top = PANGO_PIXELS_FLOOR(units.y + down);
     return {left, top, PANGO_PIXELS_CEIL(units.x + units.width) - left,
-            PANGO_PIXELS_CEIL(units.y + units.height) - top};
+            PANGO_PIXELS_CEIL(units.y + down + units.height) - top};
 }
 
 }  // namespace
 
 void TextBlock::Release::operator()(_PangoLayout* layout) const { g_object_unref(layout); }
+
+Size TextBlock::size() const {
+    Size size;
+    if (layout_ != nullptr) pango_layout_get_pixel_size(layout_.get(), &size.w, &size.h);
+    return size;
+}
 
 std::vector<TextBlock::Line> TextBlock::lines() const {
     if (layout_ == nullptr) return {};
@@ -33,9 +42,9 @@ std::vector<TextBlock::Line> TextBlock::lines() const {
         PangoRectangle box;
         pango_layout_iter_get_line_extents(at.get(), &ink, &box);
         const PangoLayoutLine* line = pango_layout_iter_get_line_readonly(at.get());
-        found.push_back({pixels(box), pixels(ink).inset(-kHintingMargin), static_cast<std::size_t>(line->start_index),
-                         static_cast<std::size_t>(line->length)});
-    } while (pango_layout_iter_next_line(at.get()));
+        found.push_back({pixels(box, top_), box.y + top_, pixels(ink, top_).inset(-kHintingMargin),
+                         static_cast<std::size_t>(line->start_index), static_cast<std::size_t>(line->length)});
+    } while (static_cast<int>(found.size()) < lineLimit_ && pango_layout_iter_next_line(at.get()));
     return found;
 }
 
@@ -43,7 +52,7 @@ Rect TextBlock::cursor(std::size_t offset) const {
     if (layout_ == nullptr) return {};
     PangoRectangle place;
     pango_layout_get_cursor_pos(layout_.get(), static_cast<int>(offset), &place, nullptr);
-    Rect box = pixels(place);
+    Rect box = pixels(place, top_);
     box.w = 0;
     return box;
 }
@@ -52,7 +61,7 @@ std::size_t TextBlock::offsetAt(Point at) const {
     if (layout_ == nullptr) return 0;
     int index = 0;
     int trailing = 0;
-    pango_layout_xy_to_index(layout_.get(), at.x * PANGO_SCALE, at.y * PANGO_SCALE, &index, &trailing);
+    pango_layout_xy_to_index(layout_.get(), at.x * PANGO_SCALE, at.y * PANGO_SCALE - top_, &index, &trailing);
     const char* text = pango_layout_get_text(layout_.get());
     return static_cast<std::size_t>(g_utf8_offset_to_pointer(text + index, trailing) - text);
 }
@@ -63,6 +72,16 @@ bool TextBlock::readsFromRight(std::size_t offset) const {
     pango_layout_index_to_line_x(layout_.get(), static_cast<int>(offset), FALSE, &line, nullptr);
     PangoLayoutLine* found = pango_layout_get_line_readonly(layout_.get(), line);
     return pango_layout_line_get_resolved_direction(found) == PANGO_DIRECTION_RTL;
+}
+
+bool TextBlock::leftToRight() const {
+    if (layout_ == nullptr) return true;
+    const std::unique_ptr<PangoLayoutIter, FreeIterator> at(pango_layout_get_iter(layout_.get()));
+    do {
+        const PangoLayoutRun* run = pango_layout_iter_get_run_readonly(at.get());
+        if (run != nullptr && run->item->analysis.level != 0) return false;
+    } while (pango_layout_iter_next_run(at.get()));
+    return true;
 }
 
 }  // namespace host
