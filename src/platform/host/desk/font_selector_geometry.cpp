@@ -8,19 +8,20 @@ namespace {
 
 // Design units, 300 to the inch.
 constexpr int kScreenMargin = 30;
-constexpr int kWidest = 1200;
+constexpr int kWidest = 1100;
 constexpr int kWidestBeside = 1700;
 constexpr int kHighest = 1760;
 constexpr int kPadding = 36;
 constexpr int kGap = 16;
-constexpr int kTitle = 70;
-constexpr int kTouch = 110;  // 9.3 mm, a fingertip
+constexpr int kTouch = 100;  // 8.5 mm, a fingertip
+constexpr int kHead = 110;   // as high as the arrow icons ask for
 constexpr int kSample = 170;
-constexpr int kPageButton = 220;
+constexpr int kPageButton = 130;
+constexpr int kPageText = 230;  // "28 / 31"
 
 // What three rows and everything else take; where the panel is less high, all lengths shrink alike.
-constexpr int kLeastHeight = 1180;
-constexpr int kLeastHeightBeside = 760;
+constexpr int kLeastHeight = 980;
+constexpr int kLeastHeightBeside = 620;
 
 constexpr int kColumnsBelow = 6;
 constexpr int kColumnsBeside = 4;
@@ -63,16 +64,15 @@ FontSelectorGeometry::FontSelectorGeometry(const Device& device, int sizes) {
     const int gap = px(kGap);
 
     Slicer column{panel.inset(px(kPadding)), gap};
-    title = column.top(px(kTitle));
     Slicer other = column;
     if (beside) other.rest = column.right(column.rest.w * 9 / 20);
+    placeHead(column.top(px(kHead)), px(kPageButton), px(kPageText));
     Slicer& lower = beside ? other : column;
     const int columns = beside ? kColumnsBeside : kColumnsBelow;
     placeEnd(lower.bottom(px(kTouch)), gap);
     sample = beside ? Rect{} : lower.bottom(px(kSample));
     if (sizes > 0) placeSizes(lower.bottom(sizeRowsHeight(sizes, columns, px(kTouch), gap)), sizes, columns, gap);
     if (beside) sample = other.rest;
-    placePages(column.bottom(px(kTouch)), px(kPageButton));
     list = column.rest;
     rows = std::max(list.h / px(kTouch), 1);
 }
@@ -84,11 +84,12 @@ void FontSelectorGeometry::placePanel(const Device& device, int widest) {
     panel = {(device.width - width) / 2, (device.height - height) / 2, width, height};
 }
 
-void FontSelectorGeometry::placePages(Rect row, int width) {
-    const int button = std::min(width, row.w / 3);
-    previous = {row.x, row.y, button, row.h};
-    next = {row.x + row.w - button, row.y, button, row.h};
-    page = {row.x + button, row.y, row.w - 2 * button, row.h};
+void FontSelectorGeometry::placeHead(Rect row, int button, int text) {
+    Slicer head{row, 0};
+    next = head.right(button);
+    page = head.right(text);
+    previous = head.right(button);
+    title = head.rest;
 }
 
 void FontSelectorGeometry::placeSizes(Rect area, int count, int columns, int gap) {
