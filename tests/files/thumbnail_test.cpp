@@ -24,18 +24,25 @@ protected:
 
 TEST_F(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
     for (const int depth : {8, 24}) {
-        for (const auto& [to, name] : {std::pair(host::Size{30, 50}, "a.bmp"), std::pair(host::Size{13, 21}, "a.bmp"),
-                                       std::pair(host::Size{13, 21}, "a.png")}) {
-            const BitmapPtr picture = scratch::noise(60, 100, depth);
+        for (const auto& [to, name] : {std::pair(host::Size{300, 75}, "a.bmp"), std::pair(host::Size{28, 7}, "a.bmp"),
+                                       std::pair(host::Size{92, 23}, "a.png")}) {
+            const BitmapPtr picture = scratch::noise(400, 100, depth);
+            const int channels = depth / 8;
+            // Paper between the marks, as drawings have it.
+            for (int y = 0; y < 100; ++y) {
+                std::uint8_t* row = host::bitmapRow(*picture, y);
+                for (int x = 0; x < 400; ++x) {
+                    if (y < 35 || x / 61 % 2 == 0) std::fill_n(row + x * channels, channels, std::uint8_t{0xFF});
+                }
+            }
             const BitmapPtr small = thumbnail(*picture, to, name);
             ASSERT_EQ(small->height, to.h);
-            const int channels = depth / 8;
             for (int i = 0; i < small->scanline * small->height; ++i) {
                 const host::Point at{i % small->scanline / channels, i / small->scanline};
                 const auto stored = [&](int x, int y) {
                     return host::bitmapRow(*picture, y)[x * channels + i % small->scanline % channels];
                 };
-                const double mean = areaMean({60, 100}, {small->width, small->height}, at, stored);
+                const double mean = areaMean({400, 100}, {small->width, small->height}, at, stored);
                 ASSERT_NEAR(bitmap_pixels(small.get())[i], mean, 1.5) << name << " " << i;
             }
         }

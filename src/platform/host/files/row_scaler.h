@@ -30,8 +30,11 @@ private:
         int first;
         int count;
         std::size_t weights;  ///< where they begin in columnWeights_
+        int firstBlock;       ///< the columns as the blocks in whiteWeights_
+        int blockCount;
     };
     void addWeighted(const std::uint8_t* row, int weight);
+    void addBlock(std::size_t block, const std::uint8_t* row, std::size_t count, int weight);
     void finishRow();
     template <int channels>
     void sumColumns(std::uint8_t* into) const;
@@ -43,11 +46,11 @@ private:
     std::vector<Tap> taps_;
     std::vector<std::uint16_t> columnWeights_;
     std::vector<std::uint16_t> sums_;  ///< of the rows that make up the present row of the small picture
+    std::vector<int> whiteWeights_;    ///< of what is all white in a block of columns, which is not in the sums
     std::vector<std::uint8_t> pixels_;
     int rowsDone_ = 0;
     std::int64_t reached_ = 0;  ///< of the present small row, in 1 / to.h of a row; it is full at from.h
     int weightSoFar_ = 0;
-    int whiteWeight_ = 0;  ///< of the rows in it that are all white, which are not in the sums
 };
 
 }  // namespace host
