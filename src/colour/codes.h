@@ -50,6 +50,14 @@ inline constexpr int kPenCommandBase = 10;
 inline constexpr int kPaletteColorFlag = 0x01000000;
 inline constexpr int kColorMask = 0x00FFFFFF;
 
+/// What the toolkit's frames are made of: bits of sides and corners, and codes for its own lines and corner.
+inline constexpr int kAllSides = 15;
+inline constexpr int kAllCorners = 15;
+inline constexpr int kFilledCorners = 31;
+inline constexpr int kThinLine = -2;
+inline constexpr int kThickLine = -3;
+inline constexpr int kStandardCorner = -100;
+
 inline constexpr int kBlack = 0x000000;
 inline constexpr int kWhite = 0xFFFFFF;
 inline constexpr int kRed = 0xFF0000;

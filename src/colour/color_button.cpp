@@ -5,12 +5,6 @@
 
 namespace {
 
-constexpr int kAllSides = 15;
-constexpr int kAllCorners = 15;
-constexpr int kFilledCorners = 31;
-/// The toolkit's code for its thin standard line.
-constexpr int kThinLine = -2;
-
 struct Dot {
     int radius;
     /// From the button's left and top edge alike, in pixels.

@@ -14,14 +14,10 @@ SmartBitmap loadPointer() {
 }
 
 void draw(const irect_s& rect, const std::vector<Button*>& buttons, const SmartBitmap& pointer, int pointer_x) {
-    constexpr int kThickLine = -3;  // the toolkit's code for its thick standard line
-    constexpr int kStandardCorner = -100;
-    constexpr int kAll = 15;
-
     FillAreaRect(&rect, kWhite);
     for (Button* button : buttons) button->Draw();
     const int thickness = GetDefaultFrameCertifiedThickness(kThickLine);
-    DrawFrameRectCertifiedEx(rect, thickness, kAll, kAll, kStandardCorner, kBlack, kWhite);
+    DrawFrameRectCertifiedEx(rect, thickness, kAllSides, kAllCorners, kStandardCorner, kBlack, kWhite);
     if (pointer.isEmpty()) return;
     // The arrow's foot covers the frame's line, so panel and arrow are one shape.
     DrawBitmap(pointer_x, rect.y + thickness - pointer.height(), pointer.GetBitmap());

@@ -166,9 +166,6 @@ void Toolbar::Draw() {
 }
 
 void Toolbar::drawMarker() const {
-    constexpr int kAllSides = 15;
-    constexpr int kFilledCorners = 31;
-
     irect_s bar = tool_button_->GetRect();
     bar.x += (bar.w - marker_width_) / 2;
     bar.y = rule_y_ - marker_height_ / 2;

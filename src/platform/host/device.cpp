@@ -6,9 +6,10 @@
 namespace host {
 
 namespace {
-constexpr int kThinLine = 4;         // design units
-constexpr int kThickLine = 6;        // design units
-constexpr int kStandardCorner = 20;  // design units
+// Design units.
+constexpr int kThinLineWidth = 4;
+constexpr int kThickLineWidth = 6;
+constexpr int kStandardRadius = 20;
 }  // namespace
 
 int Device::designToPixel(int units) const {
@@ -19,11 +20,13 @@ int Device::designToPixel(int units) const {
 }
 
 int Device::frameThickness(int code) const {
-    if (code == -2) return designToPixel(kThinLine);
-    if (code == -3) return designToPixel(kThickLine);
+    if (code == kThinLine) return designToPixel(kThinLineWidth);
+    if (code == kThickLine) return designToPixel(kThickLineWidth);
     return std::max(code, 0);
 }
 
-int Device::cornerRadius(int code) const { return code == -100 ? designToPixel(kStandardCorner) : std::max(code, 0); }
+int Device::cornerRadius(int code) const {
+    return code == kStandardCorner ? designToPixel(kStandardRadius) : std::max(code, 0);
+}
 
 }  // namespace host

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/host/desk/clock.h"
+#include "platform/host/clock.h"
 #include "platform/host/desk/desk.h"
 #include "platform/host/desk/loop.h"
 #include "platform/host/desk/modals.h"

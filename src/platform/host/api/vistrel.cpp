@@ -11,6 +11,14 @@ using host::Toolkit;
 using host::toolkit;
 using host::Waveform;
 
+namespace {
+
+host::Instant dueIn(int milliseconds) {
+    return toolkit().loop.timersCountFrom() + host::Milliseconds(std::max(milliseconds, 0));
+}
+
+}  // namespace
+
 // The toolkit itself is made when the explorer has read the command line; nothing asks for the screen before that.
 void InitVistrel(const char* /*reserved*/) {}
 
@@ -57,14 +65,6 @@ void WaitForUpdateComplete() {
     toolkit().trace.call("WaitForUpdateComplete");
     toolkit().panel.wait();
 }
-
-namespace {
-
-host::Instant dueIn(int milliseconds) {
-    return toolkit().loop.timersCountFrom() + host::Milliseconds(std::max(milliseconds, 0));
-}
-
-}  // namespace
 
 void SetHardTimer(const char* name, timer_callback_t callback, int milliseconds) {
     toolkit().trace.call("SetHardTimer", name, milliseconds);

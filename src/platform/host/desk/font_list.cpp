@@ -14,8 +14,6 @@ constexpr int kNameSize = 28;      // device-independent units, where the name h
 constexpr int kSmallestName = 18;  // device-independent units
 constexpr int kRowMargin = 24;     // design units, at both ends of a row
 constexpr int kCorner = 14;        // design units
-constexpr int kThinLine = -2;
-constexpr int kThickLine = -3;
 
 /// Smaller where the text would not fit the width; at its smallest size, the text is cut instead.
 TextBlock fitted(Text& text, const std::string& line, const std::string& family, int width) {

@@ -21,7 +21,6 @@ constexpr int kTextSize = 28;
 constexpr int kUsualSize = 28;
 
 constexpr int kSampleMargin = 16;  // design units
-constexpr int kThinLine = -2;
 
 /// "Name,Size" taken apart; the name ends at the first comma.
 struct FontChoice {

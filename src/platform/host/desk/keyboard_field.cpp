@@ -10,7 +10,6 @@ constexpr int kTextSize = 24;    // device-independent units, 160 to the inch
 constexpr int kMargin = 5;       // design units, from the frame to the clip and from there to the text
 constexpr int kCursorWidth = 4;  // design units
 constexpr int kCorner = 14;      // design units
-constexpr int kThinLine = -2;
 
 }  // namespace
 

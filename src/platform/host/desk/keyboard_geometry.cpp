@@ -14,7 +14,6 @@ constexpr int kHighestKey = 122;   // 10.3 mm: higher keys only hide more of the
 constexpr int kHighestHead = 300;  // title and four lines of text
 constexpr int kTitleHeight = 66;
 constexpr int kClearWidth = 110;
-constexpr int kThickLine = -3;
 
 // Of a tiny screen's side: gaps must not take the keys' room.
 constexpr int kLeastGaps = 64;

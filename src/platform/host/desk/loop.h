@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/host/desk/clock.h"
+#include "platform/host/clock.h"
 #include "platform/host/desk/modals.h"
 #include "platform/host/desk/signals.h"
 #include "platform/host/desk/timers.h"

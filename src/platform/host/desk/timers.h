@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/desk/clock.h"
+#include "platform/host/clock.h"
 #include "platform/vistrel.h"
 
 namespace host {

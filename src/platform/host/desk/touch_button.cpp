@@ -9,15 +9,14 @@ namespace host {
 
 namespace {
 
-constexpr int kThinLine = -2;
-constexpr int kThickLine = -3;
 constexpr int kCorner = 14;       // design units
 constexpr int kLabelMargin = 6;   // design units, between frame and label
 constexpr int kSmallestFont = 8;  // below this nobody reads it; the label is cut instead
 
 /// A frame so thick that nothing is left inside.
 Frame filled(Rect box, int radius) {
-    return {.box = box, .thickness = (std::min(box.w, box.h) + 1) / 2, .corners = 31, .radius = radius};
+    return {
+        .box = box, .thickness = (std::min(box.w, box.h) + 1) / 2, .corners = kAllCorners | kFilled, .radius = radius};
 }
 
 Point centred(Rect box, const bitmap_s& picture) {

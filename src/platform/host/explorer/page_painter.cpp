@@ -23,7 +23,6 @@ constexpr int kPageNumberSize = 26;
 // Design units, 300 to the inch. Above a page stands a toolbar, so pages are a little wider than the panel's shape.
 constexpr int kToolbarHeight = 108;
 
-constexpr int kThinLine = -2;
 constexpr Rgb kFrameGrey = 0x808080;
 
 Rect centredIn(const Rect& room, Size size) {

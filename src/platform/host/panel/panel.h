@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/host/desk/clock.h"
+#include "platform/host/clock.h"
 #include "platform/host/geometry.h"
 #include "platform/host/panel/display.h"
 #include "platform/host/panel/refresh.h"

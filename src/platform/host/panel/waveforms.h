@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/host/desk/clock.h"
+#include "platform/host/clock.h"
 #include "platform/host/geometry.h"
 #include "platform/host/panel/refresh.h"
 #include "platform/host/screen/framebuffer.h"

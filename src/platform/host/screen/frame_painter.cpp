@@ -36,7 +36,7 @@ public:
           frame_(frame),
           shorter_(std::min(frame.box.w, frame.box.h)),
           thickness_(std::clamp(frame.thickness, 0, upperHalf(shorter_))),
-          filled_((frame.corners & kFilled) != 0 || (frame.sides == 15 && thickness_ == upperHalf(shorter_))),
+          filled_((frame.corners & kFilled) != 0 || (frame.sides == kAllSides && thickness_ == upperHalf(shorter_))),
           radius_(std::clamp(static_cast<double>(frame.radius), 0.0, shorter_ / 2.0)),
           block_(std::clamp(frame.radius, 0, upperHalf(shorter_))),
           farWidth_(std::min(block_, frame.box.w - block_)),

@@ -10,12 +10,14 @@ inline constexpr int kLeftSide = 1;
 inline constexpr int kTopSide = 2;
 inline constexpr int kRightSide = 4;
 inline constexpr int kBottomSide = 8;
+inline constexpr int kAllSides = 15;
 
 /// Bits of Frame::corners: the rounded corners, and whether the inside takes the line's colour.
 inline constexpr int kTopLeftCorner = 1;
 inline constexpr int kTopRightCorner = 2;
 inline constexpr int kBottomRightCorner = 4;
 inline constexpr int kBottomLeftCorner = 8;
+inline constexpr int kAllCorners = 15;
 inline constexpr int kFilled = 16;
 
 /// A frame with rounded corners; the fields are those of DrawFrameCertifiedEx with all codes resolved to
@@ -24,8 +26,8 @@ inline constexpr int kFilled = 16;
 struct Frame {
     Rect box;
     int thickness;
-    int sides = 15;
-    int corners = 15;
+    int sides = kAllSides;
+    int corners = kAllCorners;
     int radius;
     Rgb colour = kBlack;
 };

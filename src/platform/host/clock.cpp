@@ -1,4 +1,4 @@
-#include "platform/host/desk/clock.h"
+#include "platform/host/clock.h"
 
 #include <algorithm>
 #include <thread>
