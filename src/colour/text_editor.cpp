@@ -11,6 +11,10 @@ constexpr int kFrameTextFlags = 0x611;
 /// Asks for the keyboard at the top of the screen.
 constexpr int kKeyboardAtTop = 0x400;
 
+bool isDrag(int type) {
+    return type == EventType::PointerMove || type == EventType::PointerUp || type == EventType::PointerReport;
+}
+
 }  // namespace
 
 char TextEditor::text_[kTextSize];
@@ -100,16 +104,17 @@ int TextEditor::resizeEnableHandler(int type, int x, int y) {
 }
 
 int TextEditor::movingRectHandler(int type, int x, int y) {
+    if (!isDrag(type)) return 0;
     return dragHandler(type, text_frame::moved(frame_, x - drag_x_, y - drag_y_));
 }
 
 int TextEditor::resizingRectHandler(int type, int x, int y) {
+    if (!isDrag(type)) return 0;
     return dragHandler(type, text_frame::resized(frame_, resize_edges_, x - drag_x_, y - drag_y_));
 }
 
 int TextEditor::dragHandler(int type, const irect_s& rect) {
     if (type == EventType::PointerMove) return 1;
-    if (type != EventType::PointerUp && type != EventType::PointerReport) return 0;
     // Only the release moves the frame; until then each report measures from where the drag began.
     if (type == EventType::PointerUp) frame_ = rect;
     canvas_->Draw();

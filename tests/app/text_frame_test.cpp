@@ -64,6 +64,9 @@ TEST_F(TextFrame, TellsInsideBandHandlesAndOutside) {
         EXPECT_EQ(hit.zone, c.zone) << c.x << ' ' << c.y;
         EXPECT_EQ(hit.edges, c.edges) << c.x << ' ' << c.y;
     }
+    const irect_s odd = {400, 500, 301, 201, kFlags};
+    EXPECT_EQ(text_frame::hitTest(odd, 550 + kReach, 500).zone, Hit::Band) << "the middle is rounded down";
+    EXPECT_EQ(text_frame::hitTest(odd, 400, 600 + kReach).zone, Hit::Band);
 }
 
 TEST_F(TextFrame, StaysOnTheScreenWhileItMoves) {
