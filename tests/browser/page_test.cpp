@@ -99,7 +99,7 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     constexpr Point kExplorersRule{300, 72};
     constexpr Point kFirstTile{110, 180};
     constexpr Point kBack{32, 28};
-    constexpr Point kColour{98, 26};
+    static constexpr Point kColour{98, 26};
     const TemporaryFolder storage;
     const auto pictures = [&storage] {
         const std::filesystem::directory_iterator all(storage.path() / "My pictures");

@@ -93,6 +93,8 @@ TEST_F(KeyboardTest, TapsTypeAndEdit) {
         {"en", "something to lose", "clear a", "a"},
         {"en", "a👨‍👩‍👧", "backspace", "a"},
         {"ar", "ابج", "right د", "ابدج"},
+        {"ar", "سلس\nسٱس\nسلس", "up up ب down د", "سلسب\nسٱسد\nسلس"},
+        {"en", "longer\nsho\nlonger", "left up up x", "longexr\nsho\nlonger"},
     };
     for (const auto& [language, before, keys, after] : cases) {
         on(defaultPanel(), language);
@@ -161,8 +163,8 @@ TEST_F(KeyboardTest, ActsOnlyOnAPressThatBeganAndEndedOnOneKey) {
 TEST_F(KeyboardTest, PartsPaintedAddUpToTheWhole) {
     for (const Device& device : {defaultPanel(), smallGreyPanel()}) {
         on(device);
-        open("Some text that is long enough to wrap around in the field, गुरु\nand a l̂̂̂̂̂");
-        tap("q backspace backspace up x return left left backspace up shift W page shift page down right");
+        open("Some ẦẪỖ text that is long enough to wrap around in the ẦẪỖ field,\nẦẪỖ ẦẪỖ गुरु\nand a l̂̂̂̂̂");
+        tap("q backspace backspace up x return left left backspace up left up shift W page shift page down right");
         const Framebuffer inParts = test->screen.pixels();
         keyboard->paint();
         EXPECT_EQ(inParts, test->screen.pixels());

@@ -25,12 +25,14 @@ void expectAsLaidOutAnew(Text& text, const FlowedText& edited, const font_s& fon
         }
     }
     for (std::size_t offset = 0; offset <= whole.utf8().size(); offset += 7) {
-        ASSERT_EQ(edited.cursor(offset), whole.cursor(offset)) << offset;
+        ASSERT_EQ(edited.cursor(offset, false), whole.cursor(offset, false)) << offset;
+        ASSERT_EQ(edited.beside(offset, false, true), whole.beside(offset, false, true)) << offset;
+        ASSERT_EQ(edited.beside(offset, false, false), whole.beside(offset, false, false)) << offset;
     }
     Screen ours({kWidth, 600}, PixelFormat::Grey8);
     Screen theirs({kWidth, 600}, PixelFormat::Grey8);
-    edited.draw(ours, {0, -40}, ours.pixels().bounds(), kBlack);
-    whole.draw(theirs, {0, -40}, theirs.pixels().bounds(), kBlack);
+    edited.draw(ours, {0, -40}, {1, 9}, ours.pixels().bounds(), kBlack);
+    whole.draw(theirs, {0, -40}, {1, 9}, theirs.pixels().bounds(), kBlack);
     ASSERT_EQ(ours.pixels(), theirs.pixels());
 }
 
@@ -57,6 +59,28 @@ TEST(FlowedText, EveryEditGivesTheLinesOfTheWholeText) {
             const std::string content = std::accumulate(written.begin(), written.end(), std::string());
             flow.set(content);
             ASSERT_NO_FATAL_FAILURE(expectAsLaidOutAnew(text, flow, font)) << "round " << round << ": " << content;
+        }
+    }
+}
+
+/// Where directions meet, a step never leads back, and the bar stands where the keys' next letter would.
+TEST(FlowedText, StepsGoWhereTheArrowPoints) {
+    const Device device{600, 800, 167, 1.0, false, 0};
+    Text text(device);
+    for (const char* mixed : {"abc كتاب def", "كتاب abc كتاب", "one two"}) {
+        for (const bool fromRight : {false, true}) {
+            FlowedText flow(text, {text.defaultFamily(0), 24}, 500);
+            flow.set(mixed);
+            const auto x = [&](std::size_t offset) { return flow.cursor(offset, fromRight).x; };
+            for (const bool toRight : {false, true}) {
+                std::size_t at = flow.offsetAt({toRight ? 0 : 500, 5});
+                for (std::size_t next = flow.beside(at, fromRight, toRight); next != at;
+                     at = std::exchange(next, flow.beside(next, fromRight, toRight))) {
+                    EXPECT_TRUE(toRight ? x(next) >= x(at) : x(next) <= x(at)) << mixed << ' ' << at << ' ' << next;
+                }
+                const int end = toRight ? 499 : 1;
+                EXPECT_EQ(x(at), x(flow.offsetAt({end, 5}))) << mixed << " to the end";
+            }
         }
     }
 }

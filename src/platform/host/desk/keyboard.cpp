@@ -73,16 +73,16 @@ void Keyboard::act(const KeyPress& press) {
             text_.eraseBefore();
             break;
         case KeyRole::Left:
-            moveLeft();
+            text_.moveTo(field_.beside(false));
             break;
         case KeyRole::Right:
-            moveRight();
+            text_.moveTo(field_.beside(true));
             break;
         case KeyRole::Up:
-            text_.moveTo(field_.lineAbove());
+            text_.moveTo(field_.lineBeside(-1));
             break;
         case KeyRole::Down:
-            text_.moveTo(field_.lineBelow());
+            text_.moveTo(field_.lineBeside(1));
             break;
         case KeyRole::Shift:
         case KeyRole::Page:
@@ -109,16 +109,16 @@ void Keyboard::key(Key key) {
             text_.eraseAfter();
             break;
         case Key::Left:
-            moveLeft();
+            text_.moveTo(field_.beside(false));
             break;
         case Key::Right:
-            moveRight();
+            text_.moveTo(field_.beside(true));
             break;
         case Key::Up:
-            text_.moveTo(field_.lineAbove());
+            text_.moveTo(field_.lineBeside(-1));
             break;
         case Key::Down:
-            text_.moveTo(field_.lineBelow());
+            text_.moveTo(field_.lineBeside(1));
             break;
         case Key::Home:
             text_.moveToLineStart();
@@ -155,12 +155,6 @@ void Keyboard::finish() {
     close(Callback{"keyboard " + Trace::quoted(contentOf(request_.buffer)),
                    [callback = request_.callback, buffer = request_.buffer] { callback(buffer); }});
 }
-
-// The arrows point where the cursor goes, whichever way the line reads.
-
-void Keyboard::moveLeft() { field_.readsFromRight() ? text_.moveForward() : text_.moveBack(); }
-
-void Keyboard::moveRight() { field_.readsFromRight() ? text_.moveBack() : text_.moveForward(); }
 
 void Keyboard::showText() {
     const Rect changed = field_.show(text_.text(), text_.cursor(), keys_.startsRight());

@@ -44,8 +44,6 @@ public:
 private:
     void act(const KeyPress& press);
     void pointAt(int type, Point at);
-    void moveLeft();
-    void moveRight();
     void showText();
     void confirm();
     void finish();

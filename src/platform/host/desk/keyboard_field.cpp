@@ -28,18 +28,20 @@ void KeyboardField::paint() {
     paintPart(clip_);
 }
 
-Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool emptyAtRight) {
-    const Rect part = set(text, cursor, emptyAtRight);
+Rect KeyboardField::show(const std::string& text, std::size_t cursor, bool fromRight) {
+    const Rect part = set(text, cursor, fromRight);
     if (!part.empty()) paintPart(part);
     return part;
 }
 
-Rect KeyboardField::set(const std::string& text, std::size_t cursor, bool emptyAtRight) {
+Rect KeyboardField::set(const std::string& text, std::size_t cursor, bool fromRight) {
     const Rect oldBar = cursorBar();
     flow_.set(text);
     cursor_ = cursor;
-    emptyAtRight_ = emptyAtRight;
+    fromRight_ = fromRight;
     scrollToCursor();
+    if (stepped_ != cursor) column_ = flow_.cursor(cursor, fromRight).x;
+    if (stepped_ != cursor) stepped_.reset();
 
     Rect changed = cursorBar() == oldBar ? Rect{} : oldBar.united(cursorBar());
     const std::vector<ShownLine> lines = visibleLines();
@@ -57,43 +59,47 @@ std::size_t KeyboardField::offsetAt(Point onScreen) const {
     return flow_.offsetAt({onScreen.x - inside_.x, onScreen.y - inside_.y + scrolled_});
 }
 
-std::size_t KeyboardField::lineAbove() const {
-    const Rect bar = flow_.cursor(cursor_);
-    return bar.y <= 0 ? cursor_ : flow_.offsetAt({bar.x, bar.y - 1});
+std::size_t KeyboardField::lineBeside(int step) {
+    const auto& lines = flow_.lines();
+    const int number = flow_.lineOf(cursor_) + step;
+    if (number < 0 || number >= static_cast<int>(lines.size())) return cursor_;
+    const Rect& line = lines[static_cast<std::size_t>(number)].box;
+    stepped_ = flow_.offsetAt({column_, line.y + line.h / 2});
+    return *stepped_;
 }
 
-std::size_t KeyboardField::lineBelow() const {
-    const Rect bar = flow_.cursor(cursor_);
+/// Those in sight: none is cut, but the one that is larger than the field.
+LineSpan KeyboardField::wholeLines() const {
     const auto& lines = flow_.lines();
-    const bool last = lines.empty() || lines.back().box.y <= bar.y;
-    return last ? cursor_ : flow_.offsetAt({bar.x, bar.y + bar.h});
+    const auto hidden = [this](const TextBlock::Line& line) { return line.box.y < scrolled_; };
+    const auto fits = [this](const TextBlock::Line& line) { return line.box.bottom() <= scrolled_ + inside_.h; };
+    const auto first = std::find_if_not(lines.begin(), lines.end(), hidden);
+    const auto end = std::find_if_not(first, lines.end(), fits);
+    const int number = static_cast<int>(first - lines.begin());
+    return {number, std::max(static_cast<int>(end - lines.begin()), number + 1)};
 }
 
 std::vector<KeyboardField::ShownLine> KeyboardField::visibleLines() const {
     std::vector<ShownLine> visible;
-    for (const TextBlock::Line& line : flow_.lines()) {
+    const auto& lines = flow_.lines();
+    const LineSpan whole = wholeLines();
+    for (int i = whole.first; i < std::min(whole.end, static_cast<int>(lines.size())); ++i) {
+        const TextBlock::Line& line = lines[static_cast<std::size_t>(i)];
         Rect ink = line.ink.united({line.box.x, line.box.y, std::max(line.box.w, 1), line.box.h});
         ink.x += inside_.x;
         ink.y += inside_.y - scrolled_;
-        if (!ink.intersected(textClip()).empty())
-            visible.push_back({flow_.utf8().substr(line.start, line.length), ink});
+        visible.push_back({flow_.utf8().substr(line.start, line.length), ink});
     }
     return visible;
 }
 
 /// On the screen. Where a full line ends at the field's edge the bar stays inside.
 Rect KeyboardField::cursorBar() const {
-    const Rect place = flow_.cursor(cursor_);
+    const Rect place = flow_.cursor(cursor_, fromRight_);
     const int width = desk_.device.designToPixel(kCursorWidth);
     const int last = std::max(inside_.w - width, 0);
-    const int x = flow_.utf8().empty() && emptyAtRight_ ? last : std::clamp(place.x, 0, last);
+    const int x = flow_.utf8().empty() && fromRight_ ? last : std::clamp(place.x, 0, last);
     return Rect{inside_.x + x, inside_.y + place.y - scrolled_, width, place.h}.intersected(inside_);
-}
-
-/// The tails of a line that has left at the top do not show above the first one in sight.
-Rect KeyboardField::textClip() const {
-    const int top = scrolled_ > 0 ? inside_.y : clip_.y;
-    return {clip_.x, top, clip_.w, clip_.y + clip_.h - top};
 }
 
 /// The text moves by whole lines, so the first one in sight is never cut; no rows stay empty below while lines are
@@ -106,14 +112,14 @@ void KeyboardField::scrollToCursor() {
             std::find_if(lines.begin(), lines.end(), [row](const auto& each) { return each.box.y >= row; });
         return line == lines.end() ? lines.back().box.y : line->box.y;
     };
-    const Rect bar = flow_.cursor(cursor_);
+    const Rect& bar = lines[static_cast<std::size_t>(flow_.lineOf(cursor_))].box;
     scrolled_ = std::min({scrolled_, firstTopFrom(lines.back().box.bottom() - inside_.h), bar.y});
     if (bar.bottom() > scrolled_ + inside_.h) scrolled_ = firstTopFrom(bar.bottom() - inside_.h);
 }
 
 void KeyboardField::paintPart(Rect part) {
     desk_.screen.fill(part, kWhite);
-    flow_.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, part.intersected(textClip()), kBlack);
+    flow_.draw(desk_.screen, {inside_.x, inside_.y - scrolled_}, wholeLines(), part.intersected(clip_), kBlack);
     desk_.screen.fill(cursorBar().intersected(part), kBlack);
 }
 

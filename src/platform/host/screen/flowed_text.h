@@ -21,24 +21,25 @@ public:
     [[nodiscard]] const std::string& utf8() const { return utf8_; }
     /// At least one, except on a machine without fonts.
     [[nodiscard]] const std::vector<TextBlock::Line>& lines() const { return lines_; }
-    [[nodiscard]] Rect cursor(std::size_t offset) const;
+    [[nodiscard]] Rect cursor(std::size_t offset, bool fromRight) const;
+    [[nodiscard]] std::size_t beside(std::size_t offset, bool fromRight, bool toRight) const;
     [[nodiscard]] std::size_t offsetAt(Point at) const;
-    [[nodiscard]] bool readsFromRight(std::size_t offset) const;
+    /// Number of the line that shows the cursor.
+    [[nodiscard]] int lineOf(std::size_t offset) const;
 
-    /// Draws what lies inside `clip`, with the first line's top left corner at `topLeft`.
-    void draw(Screen& screen, Point topLeft, Rect clip, Rgb colour) const;
+    /// Draws what lies inside `clip` of those lines; the top left corner of the text is at `topLeft`.
+    void draw(Screen& screen, Point topLeft, LineSpan lines, Rect clip, Rgb colour) const;
 
 private:
     /// Lines that were laid out together, up to the next section's.
     struct Section {
         std::size_t start;  ///< offset of the first line
-        std::size_t line;   ///< its number
+        int line;           ///< its number
         TextBlock block;
     };
 
-    [[nodiscard]] std::size_t firstTouched(std::size_t edit) const;
-    void cutBefore(std::size_t line);
-    void layOutFrom(std::size_t line);
+    [[nodiscard]] int firstTouched(std::size_t edit) const;
+    void layOutFrom(int line);
     [[nodiscard]] const Section& sectionOf(std::size_t offset) const;
 
     Text& text_;

@@ -42,6 +42,24 @@ void preferLightHinting(FcPattern* pattern, gpointer) {
     FcPatternAddBool(pattern, FC_ANTIALIAS, FcTrue);
 }
 
+/// Pixels by which accents of the first line stand out of the layout's top.
+int riseOf(PangoLayout* layout) {
+    const Owned<PangoLayoutIter> first(pango_layout_get_iter(layout));
+    PangoRectangle ink;
+    pango_layout_iter_get_line_extents(first.get(), &ink, nullptr);
+    return std::max(-PANGO_PIXELS_FLOOR(ink.y), 0);
+}
+
+/// What a line takes that is drawn in the vertical middle of a box.
+Size sizeUncut(PangoLayout* layout) {
+    PangoRectangle ink;
+    PangoRectangle box;
+    pango_layout_get_pixel_extents(layout, &ink, &box);
+    const int above = box.height / 2 - ink.y;
+    const int below = ink.y + ink.height - box.height / 2;
+    return {box.width, 2 * std::max(above, below)};
+}
+
 PangoAlignment alignment(Align align) {
     if (align == Align::Centre) return PANGO_ALIGN_CENTER;
     return align == Align::Start ? PANGO_ALIGN_LEFT : PANGO_ALIGN_RIGHT;
@@ -61,7 +79,7 @@ struct Text::Engine {
     explicit Engine(const Device& forDevice);
 
     [[nodiscard]] Owned<PangoLayout> layout(std::string_view utf8, const font_s& font, Wrap wrap) const;
-    void drawLines(Screen& screen, const TextBlock& block, Point origin, Rect visible, Rgb colour);
+    void drawLines(const Canvas& on, const TextBlock& block, LineSpan lines);
     void drawLine(const Canvas& on, const PangoLayoutLine* line, Point pen);
     void drawGlyph(const Canvas& on, PangoFont* font, PangoGlyph glyph, Point place);
 
@@ -101,20 +119,23 @@ Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& fon
     return layout;
 }
 
-/// Draws the lines of a text whose top left corner is `origin`. A line that begins below `visible` is not drawn.
-void Text::Engine::drawLines(Screen& screen, const TextBlock& block, Point origin, Rect visible, Rgb colour) {
-    const Owned<PangoLayoutIter> lines(pango_layout_get_iter(block.layout()));
-    int count = 0;
+/// Lines out of sight are not drawn.
+void Text::Engine::drawLines(const Canvas& on, const TextBlock& block, LineSpan lines) {
+    const Owned<PangoLayoutIter> at(pango_layout_get_iter(block.layout()));
+    int number = 0;
     do {
+        if (number >= lines.end) return;
+        if (number++ < lines.first) continue;
         PangoRectangle box;
-        pango_layout_iter_get_line_extents(lines.get(), nullptr, &box);
-        box.y += block.top();
-        if (origin.y + PANGO_PIXELS(box.y) >= visible.bottom()) return;
+        pango_layout_iter_get_line_extents(at.get(), nullptr, &box);
         // Accents and tails may leave their line's box, but not by a whole line.
-        if (origin.y + PANGO_PIXELS(box.y) + 2 * PANGO_PIXELS(box.height) <= visible.y) continue;
-        const Point pen{box.x, pango_layout_iter_get_baseline(lines.get()) + block.top()};
-        drawLine({screen, origin, visible, colour}, pango_layout_iter_get_line_readonly(lines.get()), pen);
-    } while (++count < block.lineLimit() && pango_layout_iter_next_line(lines.get()));
+        const int top = on.origin.y + PANGO_PIXELS(box.y + block.top());
+        const int height = PANGO_PIXELS(box.height);
+        if (top - height >= on.clip.bottom()) return;
+        if (top + 2 * height <= on.clip.y) continue;
+        const Point pen{box.x, pango_layout_iter_get_baseline(at.get()) + block.top()};
+        drawLine(on, pango_layout_iter_get_line_readonly(at.get()), pen);
+    } while (pango_layout_iter_next_line(at.get()));
 }
 
 /// Draws one line; `pen` is where its baseline begins, in Pango units from the origin.
@@ -166,28 +187,32 @@ void Text::draw(Screen& screen, Rect box, std::string_view utf8, const font_s& f
     if (style.wrap == Wrap::None) return drawLine(screen, box, block, style.align, style.colour);
     pango_layout_set_alignment(block.layout(), alignment(style.align));
     pango_layout_set_width(block.layout(), std::min(box.w, kFarthest) * PANGO_SCALE);
-    const Point origin{std::max(box.x, -kFarthest), std::max(box.y, -kFarthest)};
-    engine().drawLines(screen, block, origin, visible, style.colour);
+    const Point origin{std::max(box.x, -kFarthest), std::max(box.y, -kFarthest) + riseOf(block.layout())};
+    engine().drawLines({screen, origin, visible, style.colour}, block, {});
 }
 
-TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width) {
+TextBlock Text::layOut(std::string_view utf8, const font_s& font, int width, std::optional<int> height) {
     if (engine().catalog.empty()) return TextBlock(nullptr);
     Owned<PangoLayout> layout = engine().layout(utf8, font, Wrap::Words);
     pango_layout_set_width(layout.get(), std::clamp(width, 1, kFarthest) * PANGO_SCALE);
+    if (height) {
+        pango_layout_set_height(layout.get(), std::clamp(*height, 1, kFarthest) * PANGO_SCALE);
+        pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+    }
     return TextBlock(layout.release());
 }
 
-void Text::draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour) {
+void Text::draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour, LineSpan lines) {
     const Rect visible = clip.intersected(screen.pixels().bounds());
     if (block.layout() == nullptr || visible.empty()) return;
-    engine().drawLines(screen, block, topLeft, visible, colour);
+    engine().drawLines({screen, topLeft, visible, colour}, block, lines);
 }
 
 TextBlock Text::fitLine(std::string_view utf8, font_s& font, Size room, int smallest) {
     if (engine().catalog.empty()) return TextBlock(nullptr);
     while (true) {
         TextBlock line(engine().layout(utf8, font, Wrap::None).release());
-        const auto [w, h] = line.size();
+        const auto [w, h] = sizeUncut(line.layout());
         if ((w <= room.w && h <= room.h) || font.size <= smallest) return line;
         const double shrunk = font.size * std::min(1.0 * room.w / w, 1.0 * room.h / h);
         font.size = std::max(std::min(static_cast<int>(shrunk), font.size - 1), smallest);
@@ -208,7 +233,7 @@ void Text::drawLine(Screen& screen, Rect box, const TextBlock& line, Align align
         left += box.w - size.w;
     }
     const Point origin{std::max(left, -kFarthest), std::max(box.y + (box.h - size.h) / 2, -kFarthest)};
-    engine().drawLines(screen, line, origin, visible, colour);
+    engine().drawLines({screen, origin, visible, colour}, line, {});
 }
 
 Size Text::measure(std::string_view utf8, const font_s& font, int width) {

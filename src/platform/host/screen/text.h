@@ -2,6 +2,7 @@
 
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,14 +52,16 @@ public:
     /// this object.
     [[nodiscard]] const char* defaultFamily(int index) const;
 
-    /// Draws UTF-8 text inside `box` and never outside it. Broken UTF-8 shows as replacement characters. A glyph
-    /// is at most 1,000 pixels high, whatever the font's size.
+    /// Draws UTF-8 text inside `box` and never outside it; accents that stand out of its first line push it down.
+    /// Broken UTF-8 shows as replacement characters. A glyph is at most 1,000 pixels high, whatever the font's size.
     void draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style);
 
-    /// Lays a text out as `draw` with Wrap::Words does in a box of that width.
-    [[nodiscard]] TextBlock layOut(std::string_view utf8, const font_s& font, int width);
-    /// Draws what lies inside `clip` of a laid-out text whose top left corner is at `topLeft`.
-    void draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour);
+    /// Lays a text out as `draw` with Wrap::Words does in a box of that width. With a height, the lines that fit it, at
+    /// least one; the last one ends in an ellipsis where more would follow.
+    [[nodiscard]] TextBlock layOut(std::string_view utf8, const font_s& font, int width,
+                                   std::optional<int> height = std::nullopt);
+    /// Draws what lies inside `clip` of those lines of a laid-out text whose top left corner is at `topLeft`.
+    void draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour, LineSpan lines = {});
 
     /// Lays a text out on one line in the largest size, up to the font's own, in which it fits; at the smallest size it
     /// may not. The font takes that size.

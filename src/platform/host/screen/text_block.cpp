@@ -44,17 +44,28 @@ std::vector<TextBlock::Line> TextBlock::lines() const {
         const PangoLayoutLine* line = pango_layout_iter_get_line_readonly(at.get());
         found.push_back({pixels(box, top_), box.y + top_, pixels(ink, top_).inset(-kHintingMargin),
                          static_cast<std::size_t>(line->start_index), static_cast<std::size_t>(line->length)});
-    } while (static_cast<int>(found.size()) < lineLimit_ && pango_layout_iter_next_line(at.get()));
+    } while (pango_layout_iter_next_line(at.get()));
     return found;
 }
 
-Rect TextBlock::cursor(std::size_t offset) const {
+Rect TextBlock::cursor(std::size_t offset, bool fromRight) const {
     if (layout_ == nullptr) return {};
-    PangoRectangle place;
-    pango_layout_get_cursor_pos(layout_.get(), static_cast<int>(offset), &place, nullptr);
-    Rect box = pixels(place, top_);
+    PangoRectangle alongParagraph;
+    PangoRectangle against;
+    pango_layout_get_cursor_pos(layout_.get(), static_cast<int>(offset), &alongParagraph, &against);
+    Rect box = pixels(readsFromRight(offset) == fromRight ? alongParagraph : against, top_);
     box.w = 0;
     return box;
+}
+
+std::size_t TextBlock::beside(std::size_t offset, bool fromRight, bool toRight) const {
+    if (layout_ == nullptr) return offset;
+    int index = 0;
+    int trailing = 0;
+    pango_layout_move_cursor_visually(layout_.get(), readsFromRight(offset) == fromRight ? TRUE : FALSE,
+                                      static_cast<int>(offset), 0, toRight ? 1 : -1, &index, &trailing);
+    if (index < 0 || index == G_MAXINT) return offset;
+    return behind(index, trailing);
 }
 
 std::size_t TextBlock::offsetAt(Point at) const {
@@ -62,8 +73,13 @@ std::size_t TextBlock::offsetAt(Point at) const {
     int index = 0;
     int trailing = 0;
     pango_layout_xy_to_index(layout_.get(), at.x * PANGO_SCALE, at.y * PANGO_SCALE - top_, &index, &trailing);
+    return behind(index, trailing);
+}
+
+/// The library tells a place as a character and how many of them stand before it.
+std::size_t TextBlock::behind(int index, int characters) const {
     const char* text = pango_layout_get_text(layout_.get());
-    return static_cast<std::size_t>(g_utf8_offset_to_pointer(text + index, trailing) - text);
+    return static_cast<std::size_t>(g_utf8_offset_to_pointer(text + index, characters) - text);
 }
 
 bool TextBlock::readsFromRight(std::size_t offset) const {

@@ -11,6 +11,12 @@ struct _PangoLayout;  // the library's name for it; NOLINT(bugprone-reserved-ide
 
 namespace host {
 
+/// Lines of a text by their numbers; `end` is not among them.
+struct LineSpan {
+    int first = 0;
+    int end = std::numeric_limits<int>::max();
+};
+
 /// A text laid out in lines once, to be drawn in parts and asked where a cursor stands. Made by Text::layOut; all
 /// rectangles and points are pixels from the text's own top left corner, all offsets bytes of its UTF-8.
 class TextBlock {
@@ -32,8 +38,12 @@ public:
 
     [[nodiscard]] std::vector<Line> lines() const;
 
-    /// The place of a cursor before that byte, as high as its line; its width is 0.
-    [[nodiscard]] Rect cursor(std::size_t offset) const;
+    /// The place of a cursor before that byte, as high as the letters there; its width is 0. Between directions there
+    /// are two places: the one where a letter appears that reads from the right, or from the left.
+    [[nodiscard]] Rect cursor(std::size_t offset, bool fromRight) const;
+
+    /// The cursor place to the right or left of such a cursor, as it is seen; itself at either end of the text.
+    [[nodiscard]] std::size_t beside(std::size_t offset, bool fromRight, bool toRight) const;
 
     /// The offset of the cursor place next to a point; a point outside counts as its nearest line's.
     [[nodiscard]] std::size_t offsetAt(Point at) const;
@@ -46,22 +56,18 @@ public:
 
     /// Puts the first line that far below the point that all places are seen from, in units.
     void moveTo(int top) { top_ = top; }
-    /// Forgets the lines behind the first `count`; places asked for must lie in these.
-    void keepLines(int count) { lineLimit_ = count; }
-
-    // For drawing.
+    [[nodiscard]] int top() const { return top_; }
 
     [[nodiscard]] _PangoLayout* layout() const { return layout_.get(); }
-    [[nodiscard]] int top() const { return top_; }
-    [[nodiscard]] int lineLimit() const { return lineLimit_; }
 
 private:
     struct Release {
         void operator()(_PangoLayout* layout) const;
     };
+    [[nodiscard]] std::size_t behind(int index, int characters) const;
+
     std::unique_ptr<_PangoLayout, Release> layout_;
     int top_ = 0;
-    int lineLimit_ = std::numeric_limits<int>::max();
 };
 
 }  // namespace host
