@@ -1,7 +1,6 @@
 #include "platform/host/desk/font_list.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "platform/host/desk/pointer_event.h"
@@ -11,14 +10,14 @@ namespace host {
 namespace {
 
 constexpr int kNameSize = 28;      // device-independent units, where the name has room
-constexpr int kSmallestName = 18;  // device-independent units
+constexpr int kSmallestName = 14;  // device-independent units
 constexpr int kRowMargin = 24;     // design units, at both ends of a row
 constexpr int kCorner = 14;        // design units
 
-/// Smaller where the text would not fit the width; at its smallest size, the text is cut instead.
-TextBlock fitted(Text& text, const std::string& line, const std::string& family, int width) {
+/// Smaller where the text would not fit; at its smallest size, the text is cut instead.
+TextBlock fitted(Text& text, const std::string& line, const std::string& family, Size room) {
     font_s font{family, kNameSize};
-    return text.fitLine(line, font, {width, std::numeric_limits<int>::max()}, kSmallestName);
+    return text.fitLine(line, font, room, kSmallestName);
 }
 
 }  // namespace
@@ -87,7 +86,7 @@ void FontList::paintRow(int row) {
     if (*name == chosen_) {
         const int thick = desk_.device.frameThickness(kThickLine);
         desk_.screen.frame({.box = box, .thickness = thick, .radius = radius});
-    } else {
+    } else if (row + 1 == rows_ || family(row + 1) == nullptr || *family(row + 1) != chosen_) {
         desk_.screen.fill({box.x, box.y + box.h - line, box.w, line}, kBlack);
     }
     const int margin = desk_.device.designToPixel(kRowMargin);
@@ -101,12 +100,12 @@ void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
         desk_.text.drawLine(desk_.screen, box, line, Align::Start, colour);
     };
     const std::string characters = desk_.text.sample(family);
-    if (characters.empty()) return draw(inside, fitted(desk_.text, family, family, inside.w));
+    if (characters.empty()) return draw(inside, fitted(desk_.text, family, family, inside.size()));
 
     const int margin = desk_.device.designToPixel(kRowMargin);
     const int room = inside.w - margin - 2 * inside.h;
-    const TextBlock name = fitted(desk_.text, family, desk_.text.defaultFamily(0), room);
-    const TextBlock sample = fitted(desk_.text, characters, family, inside.w);
+    const TextBlock name = fitted(desk_.text, family, desk_.text.defaultFamily(0), {room, inside.h});
+    const TextBlock sample = fitted(desk_.text, characters, family, inside.size());
     const int nameWidth = std::min(name.size().w, room);
     const int sampleWidth = std::min(sample.size().w, inside.w - nameWidth - margin);
     draw({inside.x, inside.y, nameWidth, inside.h}, name);
@@ -130,9 +129,11 @@ void FontList::press(std::optional<int> row) {
 void FontList::choose(int row) {
     const std::string before = std::exchange(chosen_, *family(row));
     for (int changed = 0; changed < rows_; ++changed) {
-        const std::string* name = family(changed);
-        if (name == nullptr || (*name != before && *name != chosen_)) continue;
-        showRow(changed, Waveform::Regular);
+        // The line above the chosen one gives way to its frame.
+        const auto concerns = [&](const std::string* name) { return name && (*name == before || *name == chosen_); };
+        if (concerns(family(changed)) || (changed + 1 < rows_ && concerns(family(changed + 1)))) {
+            showRow(changed, Waveform::Regular);
+        }
     }
 }
 

@@ -159,19 +159,14 @@ void FontSelector::paintPageText() {
 void FontSelector::paintSample() {
     const int line = desk_.device.frameThickness(kThinLine);
     desk_.screen.frame({.box = boxes_.sample, .thickness = line, .radius = 0});
-    const Rect inside = boxes_.sample.inset(line + desk_.device.designToPixel(kSampleMargin));
+    const Rect clip = boxes_.sample.inset(line);
+    const Rect inside = clip.inset(desk_.device.designToPixel(kSampleMargin));
     const font_s font{list_.chosen(), size_};
     const std::string own = desk_.text.sample(font.family);
     const std::string& sample = own.empty() ? desk_.languages.text("@SampleText") : own;
-    const TextBlock block = desk_.text.layOut(sample, font, inside.w);
-    const int height = block.size().h;
-    if (height <= inside.h) {
-        const Point topLeft{inside.x, inside.y + (inside.h - height) / 2};
-        desk_.text.draw(desk_.screen, topLeft, block, inside, kBlack);
-    } else {
-        // A large size gets the one line that its font makes, cut at the box.
-        desk_.text.draw(desk_.screen, inside, sample, font, {.wrap = Wrap::None});
-    }
+    const TextBlock block = desk_.text.layOut(sample, font, inside.w, clip.h);
+    const Point topLeft{inside.x, clip.y + (clip.h - block.size().h) / 2};
+    desk_.text.draw(desk_.screen, topLeft, block, clip, kBlack);
 }
 
 void FontSelector::turn(int pages) {

@@ -13,9 +13,9 @@ constexpr int kWidestBeside = 1700;
 constexpr int kHighest = 1760;
 constexpr int kPadding = 36;
 constexpr int kGap = 16;
-constexpr int kTouch = 100;  // 8.5 mm, a fingertip
-constexpr int kHead = 110;   // as high as the arrow icons ask for
-constexpr int kSample = 170;
+constexpr int kTouch = 100;   // 8.5 mm, a fingertip
+constexpr int kHead = 110;    // as high as the arrow icons ask for
+constexpr int kSample = 190;  // two lines of the usual size, one of the largest
 constexpr int kPageButton = 130;
 constexpr int kPageText = 230;  // "28 / 31"
 
@@ -66,7 +66,7 @@ FontSelectorGeometry::FontSelectorGeometry(const Device& device, int sizes) {
     Slicer column{panel.inset(px(kPadding)), gap};
     Slicer other = column;
     if (beside) other.rest = column.right(column.rest.w * 9 / 20);
-    placeHead(column.top(px(kHead)), px(kPageButton), px(kPageText));
+    placeHead(column.top(px(kHead)), px(kPageButton), px(kPageText), gap);
     Slicer& lower = beside ? other : column;
     const int columns = beside ? kColumnsBeside : kColumnsBelow;
     placeEnd(lower.bottom(px(kTouch)), gap);
@@ -84,12 +84,13 @@ void FontSelectorGeometry::placePanel(const Device& device, int widest) {
     panel = {(device.width - width) / 2, (device.height - height) / 2, width, height};
 }
 
-void FontSelectorGeometry::placeHead(Rect row, int button, int text) {
+void FontSelectorGeometry::placeHead(Rect row, int button, int text, int gap) {
     Slicer head{row, 0};
     next = head.right(button);
     page = head.right(text);
     previous = head.right(button);
     title = head.rest;
+    title.w -= gap;
 }
 
 void FontSelectorGeometry::placeSizes(Rect area, int count, int columns, int gap) {

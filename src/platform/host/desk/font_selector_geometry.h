@@ -26,7 +26,7 @@ struct FontSelectorGeometry {
 
 private:
     void placePanel(const Device& device, int widest);
-    void placeHead(Rect row, int button, int text);
+    void placeHead(Rect row, int button, int text, int gap);
     void placeSizes(Rect area, int count, int columns, int gap);
     void placeEnd(Rect row, int gap);
 };

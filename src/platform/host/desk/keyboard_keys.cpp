@@ -48,12 +48,13 @@ const NamedKey& named(KeyRole role) {
 
 std::filesystem::path layoutDirectory(const Desk& desk) { return desk.theme.folder("keyboards"); }
 
-/// A mark that sits on a letter is shown on a carrier of its own script; alone it would hardly be seen.
-std::string labelOf(const std::string& text) {
-    const gunichar first = g_utf8_get_char(text.c_str());
-    if (!g_unichar_ismark(first)) return text;
-    const bool arabic = first >= 0x0600 && first <= 0x06FF;
-    return (arabic ? "ـ" : "◌") + text;
+/// What the key types, as it looks among its own letters: brackets face the reading direction, and a mark, which alone
+/// would hardly be seen, sits on a carrier.
+std::string labelOf(const std::string& text, const KeyboardLayout& letters) {
+    const bool mark = g_unichar_ismark(g_utf8_get_char(text.c_str()));
+    if (!letters.startsRight) return (mark ? "◌" : "") + text;
+    constexpr const char* kAmongArabic = "\u061C";  // takes no room
+    return kAmongArabic + std::string(mark ? "ـ" : "") + text;
 }
 
 /// The widest row of letters; the third also holds shift and backspace.
@@ -159,7 +160,7 @@ void KeyboardKeys::addBottomRow() {
 
 void KeyboardKeys::addCharacter(const std::string& text, Rect box) {
     const bool space = text == " ";
-    const std::string label = space ? desk_.languages.text("@Space") : labelOf(text);
+    const std::string label = space ? letters_.name : labelOf(text, showsSigns_ ? signs_ : letters_);
     const font_s font{desk_.text.defaultFamily(0), space ? kWordSize : kLetterSize};
     keys_.push_back({KeyRole::Character, text, TouchButton(box, {.label = label, .font = font})});
 }
