@@ -41,7 +41,14 @@ void Keyboard::paint() {
 
 void Keyboard::pointer(int type, Point at) {
     pointAt(type, at);
-    if (const auto press = keys_.pointer(type, at)) act(*press);
+    if (type == kPointerDown) repeated_ = false;
+    const auto press = keys_.pointer(type, at);
+    if (press && !repeated_) act(*press);
+}
+
+void Keyboard::repeat() {
+    repeated_ = true;
+    if (const auto press = keys_.held()) act(*press);
 }
 
 /// A tap in the field places the cursor where the finger is lifted.

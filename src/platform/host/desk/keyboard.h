@@ -32,6 +32,8 @@ public:
     [[nodiscard]] Rect area() const override { return geometry_.area; }
     void paint() override;
     void pointer(int type, Point at) override;
+    [[nodiscard]] bool repeats() const override { return keys_.held().has_value(); }
+    void repeat() override;
     void key(Key key) override;
     void text(std::string_view utf8) override;
     [[nodiscard]] std::optional<Rect> textPlace() const override { return field_.box(); }
@@ -56,6 +58,7 @@ private:
     KeyboardField field_;
     KeyboardKeys keys_;
     bool fieldPressed_ = false;
+    bool repeated_ = false;  ///< in the present press
 };
 
 [[nodiscard]] std::unique_ptr<Modal> makeKeyboard(const Desk& desk, const KeyboardRequest& request);

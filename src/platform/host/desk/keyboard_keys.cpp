@@ -93,6 +93,15 @@ std::optional<KeyPress> KeyboardKeys::pointer(int type, Point at) {
     return std::nullopt;
 }
 
+std::optional<KeyPress> KeyboardKeys::held() const {
+    constexpr std::array kRepeating = {KeyRole::Backspace, KeyRole::Left, KeyRole::Right, KeyRole::Up, KeyRole::Down};
+    for (const Key& key : keys_) {
+        const bool repeats = std::find(kRepeating.begin(), kRepeating.end(), key.role) != kRepeating.end();
+        if (repeats && key.button.pressed()) return KeyPress{key.role, {}};
+    }
+    return std::nullopt;
+}
+
 std::optional<Rect> KeyboardKeys::rectOf(std::string_view name) const {
     const std::string_view wanted = name == "space" ? " " : name;
     for (const Key& key : keys_)

@@ -32,6 +32,9 @@ public:
     /// One pointer event; keys repaint and refresh themselves. Returns the key that has acted.
     [[nodiscard]] std::optional<KeyPress> pointer(int type, Point at);
 
+    /// The key under the finger, if it is one that repeats.
+    [[nodiscard]] std::optional<KeyPress> held() const;
+
     /// The box of a character key by its text, or of another key by its name: "shift", "page", "language", "space",
     /// "backspace", "return", "left", "right", "up", "down", "clear", "cancel", "ok". Nothing when the page lacks it.
     [[nodiscard]] std::optional<Rect> rectOf(std::string_view name) const;

@@ -13,6 +13,9 @@ constexpr int kRepaint = 23;
 
 /// At this pace a press reports where the pointer is; the application spares the panel by it.
 constexpr Instant kReportInterval{100};
+/// What people know from keyboards, at a pace that the panel follows.
+constexpr Instant kRepeatDelay{500};
+constexpr Instant kRepeatInterval{150};
 
 bool isPointer(int type) {
     return type == kPointerUp || type == kPointerDown || type == kPointerMove || type == kPointerReport;
@@ -72,6 +75,11 @@ void Loop::event(int type, int par1, int par2) {
     Modal* const modal = modals_.top();
     if (modal != nullptr && isPointer(type)) {
         modal->pointer(type, {par1, par2});
+        if (!modal->repeats()) {
+            repeatAt_.reset();
+        } else if (type == kPointerDown) {
+            repeatAt_ = clock_.now() + kRepeatDelay;
+        }
         settle();
         return;
     }
@@ -134,6 +142,7 @@ void Loop::act(Player* player) {
     const Instant now = clock_.now();
     if (!stopped()) panel_.advance();
     fireTimers(now);
+    repeatPress(now);
     if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
 }
 
@@ -187,6 +196,15 @@ void Loop::fire(const DueTimer& timer) {
     settle();
 }
 
+void Loop::repeatPress(Instant now) {
+    if (!repeatAt_ || *repeatAt_ > now) return;
+    Modal* const modal = modals_.top();
+    if (stopped() || modal == nullptr || !modal->repeats()) return repeatAt_.reset();
+    repeatAt_ = now + kRepeatInterval;
+    modal->repeat();
+    settle();
+}
+
 void Loop::settle() {
     // What a callback changes is taken up by the settling in progress.
     if (settling_) return;
@@ -209,6 +227,7 @@ std::optional<Instant> Loop::nextInstant(const Player* player) const {
         if (instant && (!next || *instant < *next)) next = instant;
     };
     consider(panel_.nextStep());
+    consider(repeatAt_);
     if (player != nullptr) consider(player->resumeAt());
     return next;
 }

@@ -76,6 +76,7 @@ private:
     void pointer(Input::Kind kind, Point at);
     void deliver(int type, int par1, int par2);
     void fireTimers(Instant now);
+    void repeatPress(Instant now);
     void fire(const DueTimer& timer);
     /// What is due at this instant.
     void act(Player* player);
@@ -98,6 +99,7 @@ private:
     std::optional<Instant> firing_;
     bool pressed_ = false;
     Instant lastReport_{};
+    std::optional<Instant> repeatAt_;  ///< when the press on a modal acts again
     bool stopped_ = false;
     bool closed_ = false;
     int status_ = 0;

@@ -30,6 +30,10 @@ public:
     /// Pointer event 29, 30, 31 or 35. A modal acts only on a press that began in it, and refreshes what it
     /// repaints itself.
     virtual void pointer(int type, Point at) = 0;
+    /// True while a finger rests on something that acts again and again, such as the backspace key; each `repeat` is
+    /// one more of these acts.
+    [[nodiscard]] virtual bool repeats() const { return false; }
+    virtual void repeat() {}
     virtual void key(Key) {}
     virtual void text(std::string_view) {}
     /// Where text from a physical keyboard appears; nothing when the modal takes none.

@@ -24,6 +24,7 @@ public:
 
     [[nodiscard]] const Rect& box() const { return box_; }
     [[nodiscard]] const std::string& label() const { return face_.label; }
+    [[nodiscard]] bool pressed() const { return pressed_; }
 
     // What these change shows with the next paint.
 
