@@ -3,14 +3,7 @@
 #include "support/app.h"
 
 using testing::Contains;
-using testing::Not;
 using testing::StartsWith;
-
-namespace {
-
-host::Device small() { return {.width = 1072, .height = 1448, .dpi = 227}; }
-
-}  // namespace
 
 TEST(Toolbar, TakesAPressOnItsEdgesAndLeavesTheGapToTheCanvas) {
     App app;
@@ -25,18 +18,8 @@ TEST(Toolbar, TakesAPressOnItsEdgesAndLeavesTheGapToTheCanvas) {
     EXPECT_THAT(app.calls(), Contains("< 0"));
 }
 
-TEST(Toolbar, MarksTheToolAndKeepsTheMarkForCommands) {
-    App app;
-    app.create();
-    app.tap(568, 50);
-    app.calls();
-    app.tap(1078, 50);
-    app.event(EventType::Redraw, 0, 0);
-    EXPECT_THAT(app.calls(), Contains("DrawFrameRectCertifiedEx 505 100 128 8 8 15 31 4 0x000000 0xFFFFFF"));
-}
-
 TEST(Palette, StandsWhereItsLengthsPutIt) {
-    App app(small());
+    App app({.width = 1072, .height = 1448, .dpi = 227});
     app.create();
     // Colour button at 227 dpi: x from 137, 71 wide.
     app.tap(160, 30);
@@ -56,19 +39,6 @@ TEST(Thickness, ChangesTheLine) {
         app.tap(700, 900);
         EXPECT_THAT(app.calls(), Contains(testing::EndsWith("0xFF0000 " + std::to_string(width))));
     }
-}
-
-TEST(Popup, KeepsEveryEventFromTheCanvas) {
-    App app;
-    app.create();
-    app.tap(398, 50);
-    app.calls();
-    app.down(900, 1200);
-    app.move(910, 1210);
-    app.up(920, 1220);
-    const auto calls = app.calls();
-    EXPECT_THAT(calls, Not(Contains(StartsWith("drawXYSpline"))));
-    EXPECT_THAT(calls, Contains("PartialUpdate 0 0 1404 1872"));
 }
 
 // What lies under a modal must come back whole, and nothing may be drawn before it has been kept.
