@@ -3,31 +3,6 @@
 #include "support/app.h"
 
 using testing::Contains;
-using testing::StartsWith;
-
-TEST(Toolbar, TakesAPressOnItsEdgesAndLeavesTheGapToTheCanvas) {
-    App app;
-    app.create();
-    // The pen button covers 352 .. 445; both edge lines belong to it.
-    app.calls();
-    app.down(445, 98);
-    EXPECT_THAT(app.calls(), Contains("< 1"));
-    app.up(446, 98);
-    app.calls();
-    app.down(446, 50);
-    EXPECT_THAT(app.calls(), Contains("< 0"));
-}
-
-TEST(Palette, StandsWhereItsLengthsPutIt) {
-    App app({.width = 1072, .height = 1448, .dpi = 227});
-    app.create();
-    // Colour button at 227 dpi: x from 137, 71 wide.
-    app.tap(160, 30);
-    const auto calls = app.calls();
-    EXPECT_THAT(calls, Contains(StartsWith("DrawFrameRectCertifiedEx 79 100 448 224 ")));
-    EXPECT_THAT(calls, Contains("FillAreaRect 128 133 64 64 0xFFFFFF"));
-    EXPECT_THAT(calls, Contains("FillAreaRect 413 228 64 64 0xFFFFFF"));
-}
 
 TEST(Thickness, ChangesTheLine) {
     App app;
