@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -44,10 +45,7 @@ inline Bytes pixels(const bitmap_s& bitmap) {
 /// A picture of noise, the same for the same seed.
 inline host::BitmapPtr noise(int width, int height, int depth, unsigned seed = 1) {
     host::BitmapPtr bitmap = host::makeBitmap(width, height, depth);
-    std::mt19937 random(seed);
-    for (std::size_t i = 0; i < host::pixelBytes(*bitmap); ++i) {
-        bitmap_pixels(bitmap.get())[i] = static_cast<std::uint8_t>(random());
-    }
+    std::generate_n(bitmap_pixels(bitmap.get()), host::pixelBytes(*bitmap), std::mt19937(seed));
     return bitmap;
 }
 
