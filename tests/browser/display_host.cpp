@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "screen/pixels.h"
 #include "support/input_words.h"
 
 host::BrowserSettings browserSettings() {
@@ -66,12 +67,10 @@ std::string DisplayHost::input(std::chrono::milliseconds limit) {
 
 std::string DisplayHost::picture() {
     std::string pixels;
-    for (int y = 0; y < shown_.size().h; ++y) {
-        for (int x = 0; x < shown_.size().w; ++x) {
-            const auto* pixel = reinterpret_cast<const char*>(shown_.at(x, y));
-            const int step = shown_.bytesPerPixel() / 3;
-            pixels += {pixel[0], pixel[step], pixel[2 * step], '\0'};
-        }
+    for (const host::Point at : host::everyPixel(shown_.size())) {
+        const host::Rgb colour = host::colourAt(shown_, at);
+        for (const int shift : {16, 8, 0}) pixels += static_cast<char>(colour >> shift);
+        pixels += '\0';
     }
     return pixels;
 }

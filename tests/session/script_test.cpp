@@ -26,12 +26,9 @@ protected:
         const auto enter = [this](const std::string& entry) {
             world.loop.enter({entry, [this] { world.loop.setHandler(World::application); }});
         };
-        return {world.loop,
-                world.modals,
-                world.screen,
-                world.panel,
-                [enter] { enter("create"); },
-                [enter](const std::string& picture) { enter("open " + Trace::quoted(picture)); }};
+        const auto create = [enter] { enter("create"); };
+        const auto open = [enter](const std::string& picture) { enter("open " + Trace::quoted(picture)); };
+        return {world.loop, world.modals, world.screen, world.panel, create, open};
     }
 
     const TemporaryFolder folder;
