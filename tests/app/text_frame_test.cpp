@@ -8,18 +8,24 @@ using text_frame::Hit;
 
 namespace {
 
-constexpr int kReach = 35;  // half a fingertip at 300 dpi
+constexpr int kReach = 35;     // half a fingertip at 300 dpi
+constexpr int kMinimum = 142;  // the smallest frame at 300 dpi
 constexpr int kFlags = 0x611;
-
-class TextFrame : public testing::Test {
-protected:
-    App app;
-    const irect_s frame = {400, 500, 300, 200, kFlags};
-};
 
 }  // namespace
 
-TEST_F(TextFrame, TellsInsideBandHandlesAndOutside) {
+// Its line on the far side would lie just beyond the screen.
+TEST(TextFrame, OfTheSmallestSizeInTheLastCornerMovesBackByOne) {
+    const App app;
+    const irect_s corner = {1404 - kMinimum, 1872 - kMinimum, 0, 0, kFlags};
+    const irect_s frame = text_frame::between(corner, corner.x, corner.y);
+    EXPECT_EQ(frame.x, corner.x - 1);
+    EXPECT_EQ(frame.y, corner.y - 1);
+}
+
+TEST(TextFrame, TellsInsideBandHandlesAndOutside) {
+    const App app;
+    const irect_s frame = {400, 500, 300, 200, kFlags};
     const struct {
         int x, y;
         Hit::Zone zone;

@@ -26,10 +26,10 @@ class ExplorerTest : public testing::Test {
 protected:
     void start() {
         desk_ = std::make_unique<TestDesk>();
-        explorer_ = std::make_unique<Explorer>(desk_->desk, storage_,
-                                               ExplorerActions{[this] { done_.emplace_back("create"); },
-                                                               [this](const auto& path) { done_.push_back(path); },
-                                                               [this] { done_.emplace_back("leave"); }});
+        const ExplorerActions actions{[this] { done_.emplace_back("create"); },
+                                      [this](const auto& path) { done_.push_back(path); },
+                                      [this] { done_.emplace_back("leave"); }};
+        explorer_ = std::make_unique<Explorer>(desk_->desk, storage_, actions);
         explorer_->show();
     }
 
@@ -61,7 +61,7 @@ protected:
         return all;
     }
 
-    scratch::Folder folder_;
+    TemporaryFolder folder_;
     Storage storage_{folder_.path()};
     std::unique_ptr<TestDesk> desk_;
     std::unique_ptr<Explorer> explorer_;

@@ -17,15 +17,6 @@ namespace scratch {
 
 using Bytes = std::vector<std::uint8_t>;
 
-class Folder : public TemporaryFolder {
-public:
-    std::filesystem::path operator/(const std::string& name) const { return path() / name; }
-    [[nodiscard]] std::size_t entries() const {
-        const std::filesystem::directory_iterator all(path());
-        return static_cast<std::size_t>(std::distance(begin(all), end(all)));
-    }
-};
-
 inline Bytes read(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
