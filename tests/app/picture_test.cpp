@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 
@@ -65,17 +65,4 @@ TEST_F(Picture, MadeWhiteAgainLosesItsFile) {
     app.open(kPath);
     app.tap(58, 50);
     EXPECT_FALSE(fs::exists(app.file(kPath)));
-}
-
-TEST_F(Picture, KeepsToolColourAndThicknessForTheNext) {
-    app.create();
-    app.tap(228, 50);
-    app.tap(464, 219);  // blue
-    app.tap(398, 50);
-    app.tap(718, 200);  // thickness 5
-    app.tap(58, 50);
-    app.create();
-    app.calls();
-    app.tap(700, 900);
-    EXPECT_THAT(app.calls(), testing::Contains("drawXYSpline 700 900 700 900 100 0x0000FF 18"));
 }

@@ -1,42 +1,26 @@
 #include "browser/chromium.h"
 
-#include <fcntl.h>
 #include <glib.h>
-#include <poll.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
 #include <stdexcept>
 
 #include "platform/host/files/surface_picture.h"
+#include "platform/host/session/trace.h"
 
 namespace {
 
 constexpr const char* kProgram = "/usr/bin/chromium";
-constexpr int kAnswerLimit = 60 * 1000;  // milliseconds; a loaded machine starts a browser slowly
 
-std::string inQuotes(const std::string& text) {
-    std::string json = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') json += '\\';
-        json += c;
-    }
-    return json + '"';
-}
+std::string inQuotes(const std::string& text) { return host::Trace::quoted(text); }
 
 /// The string value of a field; empty when there is none. Escapes are left as they are.
 std::string jsonField(const std::string& json, const std::string& name) {
     const std::string key = inQuotes(name) + ":\"";
     const std::size_t at = json.find(key);
     if (at == std::string::npos) return {};
-    const std::size_t begin = at + key.size();
-    return json.substr(begin, json.find('"', begin) - begin);
-}
-
-int openPipe(const std::string& path) {
-    mkfifo(path.c_str(), 0600);
-    return open(path.c_str(), O_RDWR | O_CLOEXEC);  // both ways, so that it waits for nobody
+    const std::string rest = json.substr(at + key.size());
+    return rest.substr(0, rest.find('"'));
 }
 
 }  // namespace
@@ -44,48 +28,28 @@ int openPipe(const std::string& path) {
 bool Chromium::installed() { return std::filesystem::exists(kProgram); }
 
 Chromium::Chromium() {
-    const std::string folder = profile_.path();
-    to_ = openPipe(folder + "/commands");
-    from_ = openPipe(folder + "/answers");
+    const std::string commands = profile_.path() / "commands";
+    const std::string answers = profile_.path() / "answers";
+    for (const std::string& pipe : {commands, answers}) mkfifo(pipe.c_str(), 0600);
     process_.emplace(kProgram +
                      (" --headless --no-sandbox --disable-gpu --disable-quic --no-first-run --hide-scrollbars"
                       " --disable-background-networking --disable-component-update --disable-sync"
                       " --remote-debugging-pipe --user-data-dir=" +
-                      folder + " 3<" + folder + "/commands 4>" + folder + "/answers >/dev/null 2>&1"));
-}
-
-Chromium::~Chromium() {
-    process_.reset();
-    close(to_);
-    close(from_);
-}
-
-std::string Chromium::receive() {
-    std::size_t end = 0;
-    while ((end = received_.find('\0')) == std::string::npos) {
-        pollfd ready{from_, POLLIN, 0};
-        std::array<char, 65536> buffer;
-        const ssize_t got = poll(&ready, 1, kAnswerLimit) > 0 ? read(from_, buffer.data(), buffer.size()) : 0;
-        if (got <= 0) throw std::runtime_error("chromium does not answer");
-        received_.append(buffer.data(), static_cast<std::size_t>(got));
-    }
-    std::string message = received_.substr(0, end);
-    received_.erase(0, end + 1);
-    return message;
+                      profile_.path().string() + " 3<" + commands + " 4>" + answers + " >/dev/null 2>&1"));
+    commands_.open(commands);
+    answers_.open(answers);
 }
 
 std::string Chromium::command(const std::string& method, const std::string& parameters) {
-    const std::string id = "{\"id\":" + std::to_string(++commands_) + ",";
-    std::string message = id + "\"method\":" + inQuotes(method) + ",\"params\":{" + parameters + "}";
-    if (!session_.empty()) message += ",\"sessionId\":" + inQuotes(session_);
-    message += '}';
-    if (write(to_, message.c_str(), message.size() + 1) < 0) throw std::runtime_error("chromium has ended");
-    for (;;) {
-        std::string answer = receive();
-        if (!answer.starts_with(id)) continue;  // an event
+    const std::string id = "{\"id\":" + std::to_string(++count_) + ",";
+    commands_ << id << "\"method\":" << inQuotes(method) << ",\"params\":{" << parameters << '}';
+    if (!session_.empty()) commands_ << ",\"sessionId\":" << inQuotes(session_);
+    commands_ << '}' << '\0' << std::flush;
+    for (std::string answer; std::getline(answers_, answer, '\0');) {
         if (answer.starts_with(id + "\"error\":")) throw std::runtime_error(method + ": " + answer);
-        return answer;
+        if (answer.starts_with(id)) return answer;  // others are events
     }
+    throw std::runtime_error("chromium has ended");
 }
 
 void Chromium::open(const std::string& address, host::Size window) {

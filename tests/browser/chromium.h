@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fstream>
 #include <optional>
 #include <string>
 
@@ -14,9 +15,6 @@ public:
     static bool installed();
 
     Chromium();
-    Chromium(const Chromium&) = delete;
-    Chromium& operator=(const Chromium&) = delete;
-    ~Chromium();
 
     /// Opens a page in a window of that size.
     void open(const std::string& address, host::Size window);
@@ -32,13 +30,11 @@ public:
 private:
     /// Sends a command with parameters in JSON; its answer.
     std::string command(const std::string& method, const std::string& parameters);
-    std::string receive();
 
     TemporaryFolder profile_;
-    int to_ = -1;
-    int from_ = -1;
     std::optional<Process> process_;
-    int commands_ = 0;
+    std::ofstream commands_;
+    std::ifstream answers_;
+    int count_ = 0;
     std::string session_;
-    std::string received_;
 };

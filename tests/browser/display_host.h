@@ -1,9 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <functional>
-#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -36,12 +36,11 @@ public:
     int port = 0;
 
 private:
-    void loop(const std::stop_token& stop);
-
     std::unique_ptr<host::Display> display_;
     host::Framebuffer shown_;
     std::mutex mutex_;
-    std::deque<std::packaged_task<void()>> tasks_;
+    std::condition_variable changed_;  ///< after each wait
+    const std::function<void(host::Display&, host::Framebuffer&)>* task_ = nullptr;
     std::deque<std::string> inputs_;
     std::jthread thread_;
 };

@@ -105,29 +105,24 @@ TEST(BrowserDisturbance, AHangingClientIsDroppedWhileOthersDraw) {
     EXPECT_EQ(good.readPicture(), display.picture());
 }
 
-class BrowserAccess : public testing::Test {
-protected:
-    std::string refusal() {
+TEST(BrowserAccess, AnAddressNeedsAPassword) {
+    BrowserSettings settings = browserSettings();
+    const auto refusal = [&settings] {
         std::string error;
-        EXPECT_EQ(openBrowser(settings_, kSmall, PixelFormat::Grey8, error), nullptr);
+        EXPECT_EQ(openBrowser(settings, kSmall, PixelFormat::Grey8, error), nullptr);
         return error;
-    }
-
-    BrowserSettings settings_ = browserSettings();
-};
-
-TEST_F(BrowserAccess, AnAddressNeedsAPassword) {
+    };
     EXPECT_THAT(DisplayHost(kSmall).address, testing::StartsWith("http://127.0.0.1:"));
-    settings_.listen = "0.0.0.0";
+    settings.listen = "0.0.0.0";
     EXPECT_THAT(refusal(), HasSubstr("--password-file"));
     const TemporaryFolder folder;
     const std::string file = folder.write("password", "\n");
     for (const std::string& useless : {std::string("/nowhere/password"), file}) {
-        settings_.passwordFile = useless;
+        settings.passwordFile = useless;
         EXPECT_THAT(refusal(), HasSubstr(useless));
     }
     folder.write("password", "secret\n");
-    const DisplayHost display(kSmall, PixelFormat::Rgb24, settings_);
+    const DisplayHost display(kSmall, PixelFormat::Rgb24, settings);
     EXPECT_TRUE(VncPeer(display.port, "secret").admitted());
     EXPECT_FALSE(VncPeer(display.port, "guess").admitted());
 }

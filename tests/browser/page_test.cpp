@@ -84,17 +84,6 @@ TEST_F(BrowserPage, ShowsThePanelAndSendsPointerAndKeys) {
     }
 }
 
-/// The program itself with its panel in the browser.
-struct Program {
-    Program(const std::filesystem::path& storage, const std::string& options)
-        : process("'" COLOUR_PROGRAM "' --display browser --panel 600x800@160,colour --storage '" + storage.string() +
-                  "' " + options),
-          address(process.line()) {}
-
-    Process process;
-    std::string address;
-};
-
 TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     constexpr Point kExplorersRule{300, 72};
     constexpr Point kFirstTile{110, 180};
@@ -105,10 +94,16 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
         const std::filesystem::directory_iterator all(storage.path() / "My pictures");
         return std::distance(begin(all), end(all));
     };
-    std::optional<Program> program(std::in_place, storage.path(), "");
-    ASSERT_THAT(program->address, testing::StartsWith("http://127.0.0.1:"));
+    std::optional<Process> program;
+    const auto run = [&](const std::string& options) {
+        program.emplace("'" COLOUR_PROGRAM "' --display browser --panel 600x800@160,colour --storage '" +
+                        storage.path().string() + "' " + options);
+        return program->line();
+    };
+    const std::string address = run("");
+    ASSERT_THAT(address, testing::StartsWith("http://127.0.0.1:"));
     const auto exploring = [&, this] { return (pixel(kExplorersRule) & 0xFF) < 0xC0; };
-    open(program->address);
+    open(address);
     ASSERT_TRUE(comesTrue(exploring));
     stroke({kFirstTile});  // "new picture"
     ASSERT_TRUE(comesTrue([this] { return pixel(kColour) == 0xFF0000; })) << "the toolbar";
@@ -122,9 +117,9 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     EXPECT_TRUE(comesTrue(exploring));
     EXPECT_EQ(pictures(), 1);
 
-    EXPECT_EQ(program->process.end(SIGTERM), 0);
+    EXPECT_EQ(program->end(SIGTERM), 0);
     EXPECT_TRUE(becomesTrue("document.body.innerText.includes('Colour has ended')"));
-    program.emplace(storage.path(), "--port " + program->address.substr(program->address.rfind(':') + 1, 4));
+    run("--port " + address.substr(address.rfind(':') + 1, 4));
     ASSERT_TRUE(becomesTrue(kShown)) << "it connects by itself";
     ASSERT_TRUE(comesTrue(exploring));
     stroke({{kFirstTile.x + 200, kFirstTile.y}});

@@ -6,25 +6,10 @@
 #include <sys/time.h>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
-std::string big(std::uint32_t value, int bytes) {
-    std::string text;
-    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8) text += static_cast<char>(value >> shift & 0xFF);
-    return text;
-}
-
-std::string big16(int value) { return big(static_cast<std::uint32_t>(value), 2); }
-
-int number(const std::string& bytes, std::size_t at, std::size_t count) {
-    std::uint32_t value = 0;
-    for (std::size_t i = at; i < at + count && i < bytes.size(); ++i) {
-        value = value << 8 | static_cast<unsigned char>(bytes[i]);
-    }
-    return static_cast<int>(value);
-}
+std::string big16(int value) { return {static_cast<char>(value >> 8), static_cast<char>(value)}; }
 
 }  // namespace
 
@@ -42,20 +27,16 @@ void Peer::send(const std::string& bytes) {
     static_cast<void>(!::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL));
 }
 
-std::string Peer::read(std::size_t count) {
-    std::string bytes;
-    std::array<char, 65536> buffer;
-    while (bytes.size() < count) {
-        const ssize_t got = recv(socket_.get(), buffer.data(), std::min(buffer.size(), count - bytes.size()), 0);
-        if (got <= 0) break;
-        bytes.append(buffer.data(), static_cast<std::size_t>(got));
-    }
+std::string Peer::read(int count) {
+    std::string bytes(static_cast<std::size_t>(count), '\0');
+    const ssize_t got = recv(socket_.get(), bytes.data(), bytes.size(), MSG_WAITALL);
+    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     return bytes;
 }
 
 VncPeer::VncPeer(int port, const std::string& password) : Peer(port) {
     send(read(12));
-    const std::string types = read(static_cast<std::size_t>(number(read(1), 0, 1)));
+    const std::string types = read(number(1));
     send(types.substr(0, 1));
     if (types == "\2") {
         std::string challenge = read(16);
@@ -66,11 +47,17 @@ VncPeer::VncPeer(int port, const std::string& password) : Peer(port) {
     admitted_ = read(4) == std::string(4, '\0');
     if (!admitted_) return;
     send("\1");
-    const std::string init = read(24);
-    read(static_cast<std::size_t>(number(init, 20, 4)));
-    size_ = {number(init, 0, 2), number(init, 2, 2)};
+    size_ = {number(2), number(2)};
+    read(16);  // the format of a pixel
+    read(number(4));
     picture_.resize(static_cast<std::size_t>(size_.w) * static_cast<std::size_t>(size_.h) * 4);
-    send(std::string("\2\0\0\1", 4) + big(0, 4));
+    send(std::string("\2\0\0\1\0\0\0\0", 8));
+}
+
+int VncPeer::number(int bytes) {
+    int value = 0;
+    for (const char byte : read(bytes)) value = value << 8 | static_cast<unsigned char>(byte);
+    return value;
 }
 
 void VncPeer::request(bool incremental, host::Rect area) {
@@ -80,12 +67,12 @@ void VncPeer::request(bool incremental, host::Rect area) {
 
 std::vector<host::Rect> VncPeer::readUpdate() {
     std::vector<host::Rect> areas;
-    const int count = number(read(4), 2, 2);
-    for (int i = 0; i < count; ++i) {
-        const std::string header = read(12);
-        const host::Rect area{number(header, 0, 2), number(header, 2, 2), number(header, 4, 2), number(header, 6, 2)};
+    read(2);  // the kind of message and padding
+    for (int rest = number(2); rest > 0; --rest) {
+        const host::Rect area{number(2), number(2), number(2), number(2)};
+        read(4);  // the encoding: raw
         for (int y = area.y; y < area.bottom(); ++y) {
-            const std::string row = read(static_cast<std::size_t>(area.w) * 4);
+            const std::string row = read(area.w * 4);
             picture_.replace(static_cast<std::size_t>(y * size_.w + area.x) * 4, row.size(), row);
         }
         areas.push_back(area);

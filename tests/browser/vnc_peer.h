@@ -13,8 +13,8 @@ public:
     explicit Peer(int port);
     void send(const std::string& bytes);
     /// Exactly `count` bytes, fewer when the other side closed.
-    std::string read(std::size_t count);
-    std::string readAll() { return read(SIZE_MAX); }
+    std::string read(int count);
+    std::string readAll() { return read(1 << 24); }
     void leave() { socket_ = host::Descriptor(); }
 
 private:
@@ -39,6 +39,9 @@ public:
     void pointer(int buttons, host::Point at);
 
 private:
+    /// Reads a number of so many bytes.
+    int number(int bytes);
+
     bool admitted_ = false;
     host::Size size_{};
     std::string picture_;

@@ -10,19 +10,9 @@
 #include "platform/host/desk/loop.h"
 #include "platform/host/screen/screen.h"
 #include "support/program.h"
+#include "support/recording_display.h"
 
 namespace host::test {
-
-/// A display whose person does nothing by himself.
-class QuietDisplay final : public Display {
-public:
-    void present(const Framebuffer&, Rect) override {}
-    std::optional<Input> wait(std::optional<Milliseconds>) override { return std::nullopt; }
-    void wake() override {}
-    void setTextInput(bool on, Rect near) override { textPlace = on ? std::optional(near) : std::nullopt; }
-
-    std::optional<Rect> textPlace;
-};
 
 /// A black rectangle that closes on a pointer-up and tells what reached it.
 class BlackModal final : public Modal {
@@ -52,7 +42,7 @@ public:
     World() {
         current = this;
         std::string error;
-        if (!trace.open(tracePath(), {}, false, error)) std::abort();
+        if (!trace.open(folder.path() / "trace", {}, false, error)) std::abort();
         loop.setHome(home);
     }
 
@@ -82,25 +72,13 @@ public:
     [[nodiscard]] Rgb shown(int x, int y) const { return *panel.shown().at(x, y); }
     [[nodiscard]] Rgb drawn(int x, int y) const { return *screen.pixels().at(x, y); }
 
-    /// Runs until that instant has been played.
-    void runUntil(Instant end) {
-        struct Stopper final : Player {
-            Stopper(Loop& stopped, Instant at) : loop(stopped), end(at) {}
-            [[nodiscard]] Instant resumeAt() const override { return end; }
-            void play() override { loop.stop(0); }
-            Loop& loop;
-            Instant end;
-        } stopper(loop, end);
-        loop.run(&stopper);
-    }
-
     inline static World* current = nullptr;
     std::map<int, std::function<void()>> on;
     std::string toldHome;
     std::string toldModal;
 
     Clock clock{1'700'000'000};
-    QuietDisplay display;
+    RecordingDisplay display;
     Screen screen{{300, 200}, PixelFormat::Grey8};
     Panel panel{screen.pixels(), display, clock};
     Modals modals{screen, panel, display};
@@ -108,8 +86,7 @@ public:
     Loop loop{screen.pixels().size(), {10, 10}, clock, display, panel, modals, trace};
 
 private:
-    [[nodiscard]] std::string tracePath() const { return folder.path() / "trace"; }
-    [[nodiscard]] std::string readAll() const { return contentOf(tracePath()); }
+    [[nodiscard]] std::string readAll() const { return contentOf(folder.path() / "trace"); }
     TemporaryFolder folder;
     std::size_t skipped = 0;
 };

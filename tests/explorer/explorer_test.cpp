@@ -8,23 +8,17 @@
 #include <functional>
 
 #include "files/scratch.h"
+#include "platform/host/desk/pointer_event.h"
 #include "platform/host/files/picture_file.h"
 #include "support/test_desk.h"
 
 namespace {
 
-using host::Explorer;
-using host::Point;
-using host::Tile;
+using namespace host;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 namespace fs = std::filesystem;
-
-constexpr int kUp = 29;
-constexpr int kDown = 30;
-constexpr int kMove = 31;
-constexpr int kReport = 35;
 
 Point centre(const Tile& tile) { return {tile.area.x + tile.area.w / 2, tile.area.y + tile.area.h / 2}; }
 
@@ -32,11 +26,10 @@ class ExplorerTest : public testing::Test {
 protected:
     void start() {
         desk_ = std::make_unique<TestDesk>();
-        explorer_ =
-            std::make_unique<Explorer>(desk_->desk, storage_,
-                                       host::ExplorerActions{[this] { done_.emplace_back("create"); },
-                                                             [this](const auto& path) { done_.push_back(path); },
-                                                             [this] { done_.emplace_back("leave"); }});
+        const ExplorerActions actions{[this] { done_.emplace_back("create"); },
+                                      [this](const auto& path) { done_.push_back(path); },
+                                      [this] { done_.emplace_back("leave"); }};
+        explorer_ = std::make_unique<Explorer>(desk_->desk, storage_, actions);
         explorer_->show();
     }
 
@@ -44,15 +37,15 @@ protected:
     void addPicture(const std::string& name, int age, const std::string& contents = {}, int width = 8) {
         const fs::path file = folder_.write("My pictures/" + name, contents);
         std::string error;
-        const host::BitmapPtr picture = scratch::noise(width, 60, 24);
-        ASSERT_TRUE(!contents.empty() || host::savePicture(file, *picture, error, host::Sync::No)) << error;
+        const BitmapPtr picture = scratch::noise(width, 60, 24);
+        ASSERT_TRUE(!contents.empty() || savePicture(file, *picture, error, Sync::No)) << error;
         fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::minutes(age));
     }
 
     void events(std::initializer_list<std::pair<int, Point>> list) {
         for (const auto& [type, at] : list) EXPECT_EQ(explorer_->handle(type, at.x, at.y), 1);
     }
-    void tap(const Tile& tile) { events({{kDown, centre(tile)}, {kUp, centre(tile)}}); }
+    void tap(const Tile& tile) { events({{kPointerDown, centre(tile)}, {kPointerUp, centre(tile)}}); }
 
     std::vector<Tile> tiles(Tile::Kind kind) {
         std::vector<Tile> found = explorer_->tiles();
@@ -68,8 +61,8 @@ protected:
         return all;
     }
 
-    scratch::Folder folder_;
-    host::Storage storage_{folder_.path()};
+    TemporaryFolder folder_;
+    Storage storage_{folder_.path()};
     std::unique_ptr<TestDesk> desk_;
     std::unique_ptr<Explorer> explorer_;
     std::vector<std::string> done_;
@@ -108,13 +101,15 @@ TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {
     start();
     const Point create = centre(only(Tile::Kind::NewPicture));
     const Point picture = centre(only(Tile::Kind::Picture));
-    events({{kUp, create}});
-    events({{kDown, {0, 0}}, {kUp, picture}});
-    events({{kDown, picture}, {kUp, create}});
-    events({{kDown, picture}, {kMove, create}, {kReport, picture}, {kUp, picture}});
-    events({{kDown, picture}, {23, {}}, {kUp, picture}});
+    events({{kPointerUp, create}});
+    events({{kPointerDown, {0, 0}}, {kPointerUp, picture}});
+    events({{kPointerDown, picture}, {kPointerUp, create}});
+    events({{kPointerDown, picture}, {kPointerMove, create}, {kPointerReport, picture}, {kPointerUp, picture}});
+    events({{kPointerDown, picture}, {23, {}}, {kPointerUp, picture}});
     EXPECT_THAT(done_, IsEmpty());
-    events({{kDown, picture}, {kMove, {picture.x + 9, picture.y}}, {kUp, {picture.x + 9, picture.y}}});
+    events({{kPointerDown, picture},
+            {kPointerMove, {picture.x + 9, picture.y}},
+            {kPointerUp, {picture.x + 9, picture.y}}});
     EXPECT_EQ(done_.size(), 1U);
     EXPECT_EQ(explorer_->handle(99, 0, 0), 0);
 }
@@ -129,7 +124,7 @@ TEST_F(ExplorerTest, ADamagedPictureIsShownAsSuchAndNeverOpened) {
     EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
     EXPECT_THAT(errors, HasSubstr("damaged.bmp: "));
     EXPECT_THAT(names(), ElementsAre("damaged.bmp", "good.bmp"));
-    const host::Framebuffer before = desk_->screen.pixels();
+    const Framebuffer before = desk_->screen.pixels();
     tap(tiles(Tile::Kind::Picture)[0]);
     EXPECT_THAT(done_, IsEmpty());
     EXPECT_FALSE(desk_->screen.pixels() == before) << "a notice tells why";

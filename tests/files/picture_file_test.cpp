@@ -16,7 +16,7 @@ protected:
     BitmapPtr load(const fs::path& file) { return host::loadPicture(file, error_); }
     bool save(const fs::path& file, const bitmap_s& bitmap) { return host::savePicture(file, bitmap, error_); }
 
-    scratch::Folder folder_;
+    TemporaryFolder folder_;
     std::string error_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -15,15 +16,6 @@
 namespace scratch {
 
 using Bytes = std::vector<std::uint8_t>;
-
-class Folder : public TemporaryFolder {
-public:
-    std::filesystem::path operator/(const std::string& name) const { return path() / name; }
-    [[nodiscard]] std::size_t entries() const {
-        const std::filesystem::directory_iterator all(path());
-        return static_cast<std::size_t>(std::distance(begin(all), end(all)));
-    }
-};
 
 inline Bytes read(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -44,10 +36,7 @@ inline Bytes pixels(const bitmap_s& bitmap) {
 /// A picture of noise, the same for the same seed.
 inline host::BitmapPtr noise(int width, int height, int depth, unsigned seed = 1) {
     host::BitmapPtr bitmap = host::makeBitmap(width, height, depth);
-    std::mt19937 random(seed);
-    for (std::size_t i = 0; i < host::pixelBytes(*bitmap); ++i) {
-        bitmap_pixels(bitmap.get())[i] = static_cast<std::uint8_t>(random());
-    }
+    std::generate_n(bitmap_pixels(bitmap.get()), host::pixelBytes(*bitmap), std::mt19937(seed));
     return bitmap;
 }
 

@@ -13,7 +13,7 @@ using testing::ElementsAre;
 namespace fs = std::filesystem;
 
 TEST(Storage, DevicePathsLieUnderTheRoot) {
-    const scratch::Folder folder;
+    const TemporaryFolder folder;
     const Storage storage(folder.path());
     EXPECT_EQ(storage.problem(), "");
     for (const auto& [path, file] : std::vector<std::pair<std::string, fs::path>>{
@@ -27,7 +27,7 @@ TEST(Storage, DevicePathsLieUnderTheRoot) {
 }
 
 TEST(Storage, PicturesAreListedNewestFirst) {
-    const scratch::Folder folder;
+    const TemporaryFolder folder;
     const Storage storage(folder.path());
     const fs::path pictures = folder / "My pictures";
     const auto now = fs::file_time_type::clock::now();

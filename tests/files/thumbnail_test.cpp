@@ -18,7 +18,7 @@ protected:
         return host::loadThumbnail(folder_ / name, room, error_);
     }
 
-    scratch::Folder folder_;
+    TemporaryFolder folder_;
     std::string error_;
 };
 

@@ -2,19 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
-#include "support/temporary_folder.h"
+#include "support/program.h"
 
 namespace host {
 namespace {
 
 const std::filesystem::path kInstalled = COLOUR_SOURCE_DIR "/theme/keyboards";
-
-std::string english() {
-    std::ifstream stream(kInstalled / "en.ini");
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+const std::string kEnglish = contentOf(kInstalled / "en.ini");
 
 struct Loaded {
     KeyboardLayout layout;
@@ -29,7 +23,7 @@ Loaded load(const std::filesystem::path& directory, const std::string& code) {
 
 Loaded loadContent(const std::string& content) {
     const TemporaryFolder folder;
-    std::ofstream(folder.path() / "xx.ini", std::ios::binary) << content;
+    folder.write("xx.ini", content);
     return load(folder.path(), "xx");
 }
 
@@ -42,16 +36,15 @@ TEST(KeyboardLayout, InstalledOnesAreWhole) {
     EXPECT_EQ(load(kInstalled, "de").layout.base.rows[0][5], "z");
     EXPECT_EQ(load(kInstalled, "ru").layout.shifted.rows[2][0], "Я");
     EXPECT_TRUE(load(kInstalled, "ar").layout.startsRight);
-    const KeyboardLayout signs = loadContent(english() + "base2 = = # ; [ ]\n").layout;
+    const KeyboardLayout signs = loadContent(kEnglish + "base2 = = # ; [ ]\n").layout;
     EXPECT_EQ(signs.base.rows[1], (std::vector<std::string>{"=", "#", ";", "[", "]"})) << "signs of the format itself";
 }
 
 TEST(KeyboardLayout, DamagedFileIsOneLineAndEnglishKeys) {
-    const std::string whole = english();
     for (const std::string& content :
-         {std::string(), whole + "base1 =\n", whole + "base4 = a\n", whole + "shift4 = a b c\n",
-          whole + "base3 = 1 2 3 4 5 6 7 8 9 0 1\n", whole + "shift1 = 1 2 3 4 5 6 7 8 9 0 1 2 3\n",
-          whole + "name = \xFF\n", std::string(100000, '='), std::string("\0\0\n\0", 4)}) {
+         {std::string(), kEnglish + "base1 =\n", kEnglish + "base4 = a\n", kEnglish + "shift4 = a b c\n",
+          kEnglish + "base3 = 1 2 3 4 5 6 7 8 9 0 1\n", kEnglish + "shift1 = 1 2 3 4 5 6 7 8 9 0 1 2 3\n",
+          kEnglish + "name = \xFF\n", std::string(100000, '='), std::string("\0\0\n\0", 4)}) {
         const Loaded loaded = loadContent(content);
         EXPECT_TRUE(loaded.told.starts_with("colour: keyboard layout ")) << loaded.told;
         EXPECT_EQ(std::count(loaded.told.begin(), loaded.told.end(), '\n'), 1) << loaded.told;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <ranges>
+#include <sstream>
 
 #include "platform/host/screen/bitmap_record.h"
 #include "support/temporary_folder.h"
@@ -32,13 +33,10 @@ constexpr Density kDensities[] = {
     {167, 52, 32, 83, 13, 42}, {212, 66, 41, 106, 17, 54}, {227, 71, 43, 113, 18, 58}, {300, 93, 58, 150, 24, 76}};
 
 std::vector<std::string> buttonIcons() {
-    std::vector<std::string> names = {"back",          "choose_color_arrow_down",
-                                      "eraser",        "choose_color_arrow_up",
-                                      "pen_undo",      "quillo_text_tool",
-                                      "pen_redo",      "quillo_font_tool",
-                                      "trash",         "broken_image",
-                                      "explorer_exit", "explorer_previous",
-                                      "explorer_next"};
+    std::istringstream words(
+        "back choose_color_arrow_down choose_color_arrow_up eraser quillo_text_tool quillo_font_tool pen_undo pen_redo "
+        "trash broken_image explorer_exit explorer_previous explorer_next");
+    std::vector<std::string> names{std::istream_iterator<std::string>(words), {}};
     for (int n = 1; n <= 5; ++n) {
         names.push_back("pen_thickness_" + std::to_string(n));
         names.push_back("pen_thickness_" + std::to_string(n) + "_arrow");

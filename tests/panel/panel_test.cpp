@@ -4,7 +4,7 @@
 
 #include <climits>
 
-#include "panel/paint.h"
+#include "platform/host/screen/screen.h"
 #include "support/recording_display.h"
 
 namespace host {
@@ -12,50 +12,52 @@ namespace {
 
 using testing::ElementsAre;
 
+constexpr Rect kAll{0, 0, 40, 30};
+
 struct PanelTest : testing::Test {
     void use(PixelFormat format) {
-        screen.emplace(Size{40, 30}, format);
-        panel.emplace(*screen, display, clock);
+        screen.emplace(kAll.size(), format);
+        panel.emplace(screen->pixels(), display, clock);
     }
 
     RecordingDisplay display;
     Clock clock{0L};
-    std::optional<Framebuffer> screen;
+    std::optional<Screen> screen;
     std::optional<Panel> panel;
 };
 
 TEST_F(PanelTest, PixelsThatAreNotRefreshedStayStale) {
     use(PixelFormat::Rgb24);
-    paint(*screen, screen->bounds(), 0x123456);
+    screen->fill(kAll, 0x123456);
     panel->update({10, 5, 7, 3}, Waveform::Regular);
 
-    Framebuffer expected({40, 30}, PixelFormat::Rgb24);
-    paint(expected, {10, 5, 7, 3}, 0x123456);
-    EXPECT_EQ(panel->shown(), expected);
+    Screen expected(kAll.size(), PixelFormat::Rgb24);
+    expected.fill({10, 5, 7, 3}, 0x123456);
+    EXPECT_EQ(panel->shown(), expected.pixels());
     EXPECT_THAT(display.areas, ElementsAre(Rect{10, 5, 7, 3}));
 
-    paint(*screen, screen->bounds(), kWhite);
-    EXPECT_EQ(panel->shown(), expected) << "drawing alone changes nothing on the panel";
-    panel->update(screen->bounds(), Waveform::Full);
-    EXPECT_EQ(panel->shown(), *screen);
+    screen->fill(kAll, kWhite);
+    EXPECT_EQ(panel->shown(), expected.pixels()) << "drawing alone changes nothing on the panel";
+    panel->update(kAll, Waveform::Full);
+    EXPECT_EQ(panel->shown(), screen->pixels());
     EXPECT_FALSE(panel->nextStep()) << "all is done at once";
 }
 
 TEST_F(PanelTest, FastShowsEveryPenColourAsInk) {
     const std::vector<Rgb> colours = {kBlack, 0xFF0000, 0x0000FF, 0x00FF00, 0xFF00FF, 0x00FFFF, 0xFFFF00};
-    const std::vector<Rgb> greys = {0x00, 0x22, 0x44, 0x66, 0x99, 0xBB, 0xDD};
+    const std::vector<Rgb> greys = {kBlack, 0x222222, 0x444444, 0x666666, 0x999999, 0xBBBBBB, 0xDDDDDD};
     for (const PixelFormat format : {PixelFormat::Rgb24, PixelFormat::Grey8}) {
         use(format);
-        Framebuffer expected(screen->size(), format);
+        Screen expected(kAll.size(), format);
         int row = 0;
         for (const Rgb ink : format == PixelFormat::Rgb24 ? colours : greys) {
-            paint(*screen, {3, row, 5, 1}, ink);
-            paint(expected, {3, row++, 5, 1}, kBlack);
+            screen->fill({3, row, 5, 1}, ink);
+            expected.fill({3, row++, 5, 1}, kBlack);
         }
         // The faint rim of antialiasing stays paper.
-        paint(*screen, {20, 0, 5, 5}, 0xEEEEEE);
-        panel->update(screen->bounds(), Waveform::Fast);
-        EXPECT_EQ(panel->shown(), expected) << "format " << static_cast<int>(format);
+        screen->fill({20, 0, 5, 5}, 0xEEEEEE);
+        panel->update(kAll, Waveform::Fast);
+        EXPECT_EQ(panel->shown(), expected.pixels()) << "format " << static_cast<int>(format);
     }
 }
 

@@ -2,8 +2,9 @@
 
 #include <random>
 
-#include "panel/paint.h"
 #include "platform/host/panel/panel.h"
+#include "platform/host/screen/screen.h"
+#include "screen/pixels.h"
 #include "support/recording_display.h"
 
 namespace host {
@@ -11,7 +12,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr Size kSize{60, 40};
 constexpr Rect kAll{0, 0, 60, 40};
 constexpr Rect kLeft{0, 0, 20, 40};
 constexpr Rect kRight{40, 0, 20, 40};
@@ -29,15 +29,16 @@ struct WaveformsTest : testing::Test {
         panel.advance();
     }
 
-    void draw(Rect area, Rgb colour, Waveform waveform) {
-        paint(screen, area, colour);
+    void fill(Rect area, int grey) { screen.fill(area, grey * 0x010101); }
+    void draw(Rect area, int grey, Waveform waveform) {
+        fill(area, grey);
         panel.update(area, waveform);
     }
 
     RecordingDisplay display;
     Clock clock{0L};
-    Framebuffer screen{kSize, PixelFormat::Grey8};
-    Panel panel{screen, display, clock, true};
+    Screen screen{kAll.size(), PixelFormat::Grey8};
+    Panel panel{screen.pixels(), display, clock, true};
 };
 
 TEST_F(WaveformsTest, EachWaveformTakesItsTimeAndWaitPassesIt) {
@@ -55,10 +56,10 @@ TEST_F(WaveformsTest, EachWaveformTakesItsTimeAndWaitPassesIt) {
 }
 
 TEST_F(WaveformsTest, OtherRegionsStartAtOnceTheSamePixelsWait) {
-    draw(kLeft, kBlack, Waveform::Fast);
+    draw(kLeft, 0, Waveform::Fast);
     passUntil(60);
-    draw(kRight, kBlack, Waveform::Fast);
-    draw(kLeft, kWhite, Waveform::Fast);
+    draw(kRight, 0, Waveform::Fast);
+    draw(kLeft, 0xFF, Waveform::Fast);
     passUntil(110);
     EXPECT_LT(at(5, 5), 0x60) << "the running update goes on";
     EXPECT_LT(at(45, 5), 0xD0) << "the other region is on its way";
@@ -72,7 +73,7 @@ TEST_F(WaveformsTest, OtherRegionsStartAtOnceTheSamePixelsWait) {
 
 TEST_F(WaveformsTest, WaitingUpdatesOfTheSamePixelsMerge) {
     for (int i = 0; i < 5; ++i) {
-        draw(kLeft, i % 2 == 0 ? kBlack : kWhite, Waveform::Fast);
+        draw(kLeft, i % 2 == 0 ? 0 : 0xFF, Waveform::Fast);
         passUntil(20 * i);
     }
     draw(kLeft, 0x40, Waveform::Regular);
@@ -84,7 +85,7 @@ TEST_F(WaveformsTest, WaitingUpdatesOfTheSamePixelsMerge) {
 TEST_F(WaveformsTest, AStrokeFlowsThoughItsRectanglesOverlap) {
     int piece = 0;
     for (; piece < 5; ++piece) {
-        paint(screen, {piece * 8, 10, 12, 4}, kBlack);
+        fill({piece * 8, 10, 12, 4}, 0);
         panel.update({piece * 8 - 4, 6, 20, 12}, Waveform::Fast);
         passUntil((piece + 1) * 8);
     }
@@ -94,20 +95,20 @@ TEST_F(WaveformsTest, AStrokeFlowsThoughItsRectanglesOverlap) {
 }
 
 TEST_F(WaveformsTest, FastLeavesATraceThatRegularRemoves) {
-    draw(kLeft, kBlack, Waveform::Fast);
+    draw(kLeft, 0, Waveform::Fast);
     panel.wait();
     EXPECT_GT(at(5, 5), 0);
-    draw(kLeft, kWhite, Waveform::Fast);
+    draw(kLeft, 0xFF, Waveform::Fast);
     panel.wait();
     EXPECT_LT(at(5, 5), 0xFF);
     EXPECT_GE(at(5, 5), 0xFF - kGhost);
     panel.update(kAll, Waveform::Regular);
     panel.wait();
-    EXPECT_EQ(panel.shown(), screen);
+    EXPECT_EQ(panel.shown(), screen.pixels());
 }
 
 TEST_F(WaveformsTest, FullFlashesBlackThenWhiteThenShowsThePicture) {
-    paint(screen, kLeft, 0x30);
+    fill(kLeft, 0x30);
     panel.update(kAll, Waveform::Full);
     passUntil(670);
     EXPECT_LT(at(50, 5), 0x20);
@@ -116,7 +117,7 @@ TEST_F(WaveformsTest, FullFlashesBlackThenWhiteThenShowsThePicture) {
     EXPECT_GT(at(50, 5), 0xE0);
     EXPECT_GT(at(5, 5), 0xE0);
     panel.wait();
-    EXPECT_EQ(panel.shown(), screen);
+    EXPECT_EQ(panel.shown(), screen.pixels());
 }
 
 // Thousands of updates at random, one panel of which is moved at every step, one only when it is asked for an
@@ -124,23 +125,21 @@ TEST_F(WaveformsTest, FullFlashesBlackThenWhiteThenShowsThePicture) {
 TEST_F(WaveformsTest, AnyUpdatesEndInThePictureThatWasAskedFor) {
     std::mt19937 random(7);
     const auto below = [&random](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    Panel lazy(screen, display, clock, true);
-    Panel immediate(screen, display, clock);
+    Panel lazy(screen.pixels(), display, clock, true);
+    Panel immediate(screen.pixels(), display, clock);
     for (int i = 0; i < 3000; ++i) {
         const Rect area{below(60) - 4, below(40) - 4, 1 + below(14), 1 + below(14)};
-        paint(screen, area.intersected(kAll), below(3) * 0x70);
+        fill(area.intersected(kAll), below(3) * 0x70);
         const auto waveform = static_cast<Waveform>(below(40) == 0 ? 2 : below(8) == 0 ? 1 : 0);
         for (Panel* each : {&panel, &lazy, &immediate}) each->update(area, waveform);
-        paint(screen, area.intersected(kAll), 0x38);  // what is drawn after the call is not shown by it
+        fill(area.intersected(kAll), 0x38);  // what is drawn after the call is not shown by it
         passUntil(static_cast<int>(clock.now().count()) + below(20));
         if (below(300) > 0) continue;
         lazy.advance();
         ASSERT_EQ(panel.shown(), lazy.shown());
     }
     panel.wait();
-    for (int y = 0; y < kSize.h; ++y) {
-        for (int x = 0; x < kSize.w; ++x) ASSERT_NEAR(at(x, y), *immediate.shown().at(x, y), kGhost);
-    }
+    for (const auto [x, y] : everyPixel(kAll.size())) ASSERT_NEAR(at(x, y), *immediate.shown().at(x, y), kGhost);
 }
 
 }  // namespace

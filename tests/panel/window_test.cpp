@@ -3,8 +3,8 @@
 
 #include <cstdlib>
 
-#include "panel/paint.h"
 #include "platform/host/panel/window_display.h"
+#include "platform/host/screen/screen.h"
 #include "support/input_words.h"
 
 namespace host {
@@ -12,11 +12,13 @@ namespace {
 
 using testing::ElementsAre;
 
+constexpr Rect kAll{0, 0, 300, 400};
+
 /// A window of 300 × 400 pixels on SDL's own make-believe screen.
 struct WindowTest : testing::Test {
     WindowTest() {
         setenv("SDL_VIDEODRIVER", "dummy", 1);
-        display = openWindow({300, 400}, PixelFormat::Rgb24, "Test", error);
+        display = openWindow(kAll.size(), PixelFormat::Rgb24, "Test", error);
         for (Uint32 id = 1; window == nullptr && id < 100; ++id) window = SDL_GetWindowFromID(id);
         drain();
     }
@@ -64,19 +66,19 @@ struct WindowTest : testing::Test {
     std::string error;
     std::unique_ptr<Display> display;
     SDL_Window* window = nullptr;
-    Framebuffer shown{{300, 400}, PixelFormat::Rgb24};
+    Screen shown{kAll.size(), PixelFormat::Rgb24};
 };
 
 TEST_F(WindowTest, ShowsOnlyWhatIsPresentedAndKeepsItsShape) {
-    paint(shown, shown.bounds(), 0x112233);
-    display->present(shown, {10, 20, 5, 5});
+    shown.fill(kAll, 0x112233);
+    display->present(shown.pixels(), {10, 20, 5, 5});
     drain();
     for (const Point at : {Point{10, 20}, {14, 24}}) EXPECT_EQ(pixel(at.x, at.y), 0x112233U);
     for (const Point at : {Point{9, 20}, {15, 24}}) EXPECT_EQ(pixel(at.x, at.y), 0xFFFFFFU);
 
-    paint(shown, shown.bounds(), kWhite);
-    paint(shown, {0, 0, 150, 400}, 0x0000FF);
-    display->present(shown, shown.bounds());
+    shown.fill(kAll, kWhite);
+    shown.fill({0, 0, 150, 400}, 0x0000FF);
+    display->present(shown.pixels(), kAll);
     drain();
     SDL_SetWindowSize(window, 500, 200);  // the picture is 150 wide, in the middle
     drain();

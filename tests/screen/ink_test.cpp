@@ -119,19 +119,9 @@ TEST_P(InkApart, PiecesMakeOneEvenStroke) {
 }
 
 TEST(Ink, SharpTurnsMatchTheWholeStroke) {
-    const std::vector<Piece> zigzag = drawnPieces({{60, 60},
-                                                   {72, 61},
-                                                   {63, 66},
-                                                   {64, 80},
-                                                   {64, 80},
-                                                   {90, 80},
-                                                   {70, 82},
-                                                   {70, 95},
-                                                   {58, 93},
-                                                   {66, 84},
-                                                   {120, 100},
-                                                   {121, 101},
-                                                   {119, 102}});
+    const std::vector<PointD> turns{{60, 60}, {72, 61}, {63, 66}, {64, 80},   {64, 80},   {90, 80},  {70, 82},
+                                    {70, 95}, {58, 93}, {66, 84}, {120, 100}, {121, 101}, {119, 102}};
+    const std::vector<Piece> zigzag = drawnPieces(turns);
     for (const int width : {1, 3, 18}) {
         const Framebuffer pixels = inked(zigzag, width);
         const Trail trail(zigzag, width / 2.0 + 3);
@@ -172,18 +162,17 @@ TEST(Ink, AnotherColourCoversAnOlderStroke) {
 
 TEST(Ink, IsForgottenWhereAnythingElseIsDrawn) {
     const Piece piece = piecesOf({{20.5, 30}, {80.5, 30}})[0];
+    const Point corner{40, 20};
     const Rect area{40, 20, 30, 30};
     const BitmapPtr white = Screen(area.size(), PixelFormat::Rgb24).capture({0, 0, 30, 30});
     const std::vector<std::uint8_t> mask(900, 255);
+    const Coverage coverage{mask.data(), 30, area.size()};
+    const Frame frame{.box = area, .thickness = 15, .radius = 0, .colour = kWhite};
     const std::vector<std::function<void(Screen&)>> primitives{
         [&](Screen& screen) { screen.fill(area, kWhite); },
-        [&](Screen& screen) {
-            screen.draw({area.x, area.y}, *white);
-        },
-        [&](Screen& screen) { screen.frame({.box = area, .thickness = 15, .radius = 0, .colour = kWhite}); },
-        [&](Screen& screen) {
-            screen.tint({area.x, area.y}, {mask.data(), 30, area.size()}, area, kWhite);
-        },
+        [&](Screen& screen) { screen.draw(corner, *white); },
+        [&](Screen& screen) { screen.frame(frame); },
+        [&](Screen& screen) { screen.tint(corner, coverage, area, kWhite); },
         [&](Screen& screen) { screen.clear(); },
         [&](Screen& screen) {
             for (int y = 20; y < 50; ++y) screen.line({69, y}, {40, y}, kWhite);

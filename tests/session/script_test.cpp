@@ -26,12 +26,9 @@ protected:
         const auto enter = [this](const std::string& entry) {
             world.loop.enter({entry, [this] { world.loop.setHandler(World::application); }});
         };
-        return {world.loop,
-                world.modals,
-                world.screen,
-                world.panel,
-                [enter] { enter("create"); },
-                [enter](const std::string& picture) { enter("open " + Trace::quoted(picture)); }};
+        const auto create = [enter] { enter("create"); };
+        const auto open = [enter](const std::string& picture) { enter("open " + Trace::quoted(picture)); };
+        return {world.loop, world.modals, world.screen, world.panel, create, open};
     }
 
     const TemporaryFolder folder;
@@ -53,14 +50,12 @@ TEST_F(Scripts, PlayTheirCommandsInOrder) {
 }
 
 TEST_F(Scripts, LetTimePassOnlyWhileTheyWait) {
-    const auto sets = [this](const char* name, int after) {
-        return [this, name, after] {
-            world.loop.timers().set(
-                name, [] {}, world.clock.now() + Milliseconds{after});
-        };
+    const auto set = [this](const char* name, int after) {
+        const auto nothing = [] {};
+        world.loop.timers().set(name, nothing, world.clock.now() + Milliseconds{after});
     };
-    world.on[30] = sets("T", 100);
-    world.on[31] = sets("at once", 0);
+    world.on[30] = [&] { set("T", 100); };
+    world.on[31] = [&] { set("at once", 0); };
     EXPECT_EQ(play("create\nwait 40\ndown 1 1\nwait 99\nmove 1 1\nup 1 1\nwait 0\nreport 1 1\nwait 1\nevent 43 0 "
                    "0\nquit\nbogus"),
               0);

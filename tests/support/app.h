@@ -1,6 +1,5 @@
 #pragma once
 
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,7 +7,8 @@
 #include "colour/codes.h"
 #include "colour/controller.h"
 #include "platform/host/toolkit.h"
-#include "support/temporary_folder.h"
+#include "screen/pixels.h"
+#include "support/program.h"
 
 /// The application on a headless panel with a storage of its own, driven by events as the toolkit delivers them. One
 /// for a test process.
@@ -50,14 +50,9 @@ public:
 
     /// The trace lines since the last call.
     std::vector<std::string> calls() {
-        std::ifstream trace(tracePath());
-        trace.seekg(read_);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(trace, line);) {
-            read_ += static_cast<std::streamoff>(line.size()) + 1;
-            lines.push_back(std::move(line));
-        }
-        return lines;
+        const std::vector<std::string> lines = linesOf(tracePath());
+        const auto seen = std::exchange(seen_, std::ssize(lines));
+        return {lines.begin() + seen, lines.end()};
     }
 
     /// The file behind a device path.
@@ -66,14 +61,11 @@ public:
     static host::Framebuffer screenshot() { return kit().screen.pixels(); }
 
     /// 0xRRGGBB of a pixel on a colour screen.
-    static int pixel(int x, int y) {
-        const std::uint8_t* p = kit().screen.pixels().at(x, y);
-        return p[0] << 16 | p[1] << 8 | p[2];
-    }
+    static int pixel(int x, int y) { return host::colourAt(kit().screen.pixels(), {x, y}); }
 
 private:
     std::string tracePath() const { return (folder_.path() / "trace").string(); }
 
     TemporaryFolder folder_;
-    std::streamoff read_ = 0;
+    std::ptrdiff_t seen_ = 0;
 };

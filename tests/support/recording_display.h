@@ -4,7 +4,7 @@
 
 #include "platform/host/panel/display.h"
 
-/// Notes the areas that it is given.
+/// Notes what it is given; its person does nothing by himself.
 class RecordingDisplay final : public host::Display {
 public:
     void present(const host::Framebuffer& /*shown*/, host::Rect area) override { areas.push_back(area); }
@@ -12,6 +12,8 @@ public:
         return std::nullopt;
     }
     void wake() override {}
+    void setTextInput(bool on, host::Rect near) override { textPlace = on ? std::optional(near) : std::nullopt; }
 
     std::vector<host::Rect> areas;
+    std::optional<host::Rect> textPlace;
 };

@@ -21,6 +21,7 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
     /// Writes a file of that name, with the folders that it needs.
     std::filesystem::path write(const std::string& name, std::string_view content) const {

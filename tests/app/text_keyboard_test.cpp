@@ -1,0 +1,15 @@
+#include <gtest/gtest.h>
+
+#include "support/app.h"
+
+// What lies under a modal must come back whole, and nothing may be drawn before it has been kept.
+TEST(TextKeyboard, AtTheTopOfTheScreenLeavesTheToolbarAsItWas) {
+    App app;
+    app.create();
+    app.tap(738, 50);
+    const host::Framebuffer before = App::screenshot();
+    app.down(440, 1640);
+    app.up(1000, 1790);
+    App::kit().loop.command([](host::Modal& modal) { return modal.type(""); });
+    EXPECT_TRUE(App::screenshot() == before);
+}
