@@ -164,7 +164,8 @@ void FontSelector::paintSample() {
     const font_s font{list_.chosen(), size_};
     const std::string own = desk_.text.sample(font.family);
     const std::string& sample = own.empty() ? desk_.languages.text("@SampleText") : own;
-    const TextBlock block = desk_.text.layOut(sample, font, inside.w, clip.h);
+    TextBlock block = desk_.text.layOut(sample, font, inside.w);
+    if (block.size().h > clip.h) block = desk_.text.layOut(sample, font, inside.w, clip.h);
     const Point topLeft{inside.x, clip.y + (clip.h - block.size().h) / 2};
     desk_.text.draw(desk_.screen, topLeft, block, clip, kBlack);
 }

@@ -70,13 +70,13 @@ std::string firstCharacters(const FcCharSet* characters) {
 
 std::string fontSample(FcConfig* config, const std::string& family) {
     std::string sample;
-    bool showsName = false;
-    forEachFont(config, [&](const FcPattern* font) {
+    const bool showsName = anyFont(config, [&](const FcPattern* font) {
         FcCharSet* characters = nullptr;
-        if (showsName || !belongsTo(font, family)) return;
-        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) return;
-        showsName = hasLetters(characters, family);
+        if (!belongsTo(font, family)) return false;
+        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) return false;
+        if (hasLetters(characters, family)) return true;
         if (sample.empty()) sample = firstCharacters(characters);
+        return false;
     });
     return showsName ? "" : sample;
 }

@@ -103,10 +103,7 @@ Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& fon
     pango_font_description_set_absolute_size(description.get(), pixels * PANGO_SCALE);
 
     std::string text = repairedUtf8(utf8);
-    const Owned<PangoAttrList> attributes(pango_attr_list_new());
-    pango_attr_list_insert(attributes.get(), pango_attr_insert_hyphens_new(FALSE));
     Owned<PangoLayout> layout(pango_layout_new(context.get()));
-    pango_layout_set_attributes(layout.get(), attributes.get());
     pango_layout_set_font_description(layout.get(), description.get());
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     if (wrap == Wrap::None) {
@@ -114,6 +111,10 @@ Owned<PangoLayout> Text::Engine::layout(std::string_view utf8, const font_s& fon
         std::replace(text.begin(), text.end(), '\r', ' ');
         pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
         pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+    } else {
+        const Owned<PangoAttrList> attributes(pango_attr_list_new());
+        pango_attr_list_insert(attributes.get(), pango_attr_insert_hyphens_new(FALSE));
+        pango_layout_set_attributes(layout.get(), attributes.get());
     }
     pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
     return layout;
