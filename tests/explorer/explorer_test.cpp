@@ -28,7 +28,7 @@ protected:
         desk_ = std::make_unique<TestDesk>();
         const ExplorerActions actions{[this] { done_.emplace_back("create"); },
                                       [this](const auto& path) { done_.push_back(path); },
-                                      [this] { done_.emplace_back("leave"); }};
+                                      [this] { done_.emplace_back("leave"); }, [this] { return saveFailed_; }};
         explorer_ = std::make_unique<Explorer>(desk_->desk, storage_, actions);
         explorer_->show();
     }
@@ -66,6 +66,7 @@ protected:
     std::unique_ptr<TestDesk> desk_;
     std::unique_ptr<Explorer> explorer_;
     std::vector<std::string> done_;
+    bool saveFailed_ = false;
 };
 
 TEST_F(ExplorerTest, TapsCreateOpenAndLeave) {
@@ -131,6 +132,35 @@ TEST_F(ExplorerTest, ADamagedPictureIsShownAsSuchAndNeverOpened) {
     EXPECT_TRUE(desk_->panel.shown() == desk_->screen.pixels());
     tap(tiles(Tile::Kind::Picture)[1]);
     EXPECT_EQ(done_.size(), 1U);
+}
+
+TEST_F(ExplorerTest, LooksAtAPictureOnceMoreBeforeItOpensIt) {
+    addPicture("broken_since.bmp", 1);
+    addPicture("gone_since.bmp", 2);
+    addPicture("mended_since.bmp", 3, "BM and nothing more");
+    start();
+    const std::vector<Tile> listed = tiles(Tile::Kind::Picture);
+    addPicture("broken_since.bmp", 1, "BM and nothing more");
+    tap(listed[0]);
+    EXPECT_THAT(done_, IsEmpty());
+    fs::remove(folder_ / "My pictures/gone_since.bmp");
+    tap(listed[1]);
+    EXPECT_THAT(done_, IsEmpty());
+    EXPECT_THAT(names(), ElementsAre("broken_since.bmp", "mended_since.bmp"));
+    addPicture("mended_since.bmp", 3);
+    tap(tiles(Tile::Kind::Picture)[1]);
+    EXPECT_THAT(done_, ElementsAre(HasSubstr("mended_since.bmp")));
+}
+
+TEST_F(ExplorerTest, TellsThatAPictureWasNotSaved) {
+    start();
+    const Framebuffer before = desk_->screen.pixels();
+    saveFailed_ = true;
+    explorer_->show();
+    EXPECT_FALSE(desk_->panel.shown() == before);
+    saveFailed_ = false;
+    explorer_->show();
+    EXPECT_TRUE(desk_->panel.shown() == before);
 }
 
 /// Bytes that this process has read by system calls.

@@ -43,6 +43,7 @@ public:
     Loop loop;
     Desk desk;
     TextSetting textSetting;
+    bool saveFailed = false;  ///< the last time that the open picture was to be saved
 };
 
 /// Makes the process's toolkit from its options. One that cannot be met is one line on standard error and ends the

@@ -41,11 +41,16 @@ Controller::~Controller() = default;
 
 void Controller::Run(int /*mode*/, ICallback* callback) {
     host::Toolkit& kit = host::toolkit();
-    const auto create = [&kit, callback] { kit.loop.enter({"create", [callback] { callback->create(); }}); };
+    const auto create = [&kit, callback] {
+        kit.saveFailed = false;
+        kit.loop.enter({"create", [callback] { callback->create(); }});
+    };
     const auto open = [&kit, callback](const std::string& path) {
+        kit.saveFailed = false;
         kit.loop.enter({"open " + host::Trace::quoted(path), [callback, path] { callback->open(path); }});
     };
-    host::Explorer explorer(kit.desk, kit.storage, {create, open, [&kit] { kit.loop.stop(0); }});
+    const auto leave = [&kit] { kit.loop.stop(0); };
+    host::Explorer explorer(kit.desk, kit.storage, {create, open, leave, [&kit] { return kit.saveFailed; }});
     const auto script = loadScript({kit.loop, kit.modals, kit.screen, kit.panel, create, open}, kit.options.script);
 
     shownExplorer = &explorer;

@@ -123,7 +123,8 @@ int SaveBitmap(const char* path, const bitmap_s* bitmap) {
     Toolkit& kit = toolkit();
     kit.trace.call("SaveBitmap", path, bitmap);
     std::string error;
-    if (bitmap != nullptr && host::savePicture(kit.storage.resolve(path), *bitmap, error)) return 1;
+    kit.saveFailed = bitmap == nullptr || !host::savePicture(kit.storage.resolve(path), *bitmap, error);
+    if (!kit.saveFailed) return 1;
     std::fprintf(stderr, "colour: %s\n", error.c_str());
     return 0;
 }

@@ -1,10 +1,12 @@
 #include "platform/host/explorer/explorer.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <span>
 #include <utility>
 
 #include "platform/host/desk/pointer_event.h"
+#include "platform/host/files/picture_file.h"
 
 namespace host {
 
@@ -35,6 +37,7 @@ void Explorer::show() {
     pictures_ = storage_.pictures();
     page_ = std::min(page_, pages() - 1);
     fillPage();
+    if (actions_.saveFailed()) notice_ = desk_.languages.text("@NotSaved");
     paint();
     desk_.panel.update(desk_.device.bounds(), Waveform::Full);
 }
@@ -79,7 +82,7 @@ void Explorer::fillPage() {
     if (page_ == 0) grid_.push_back({Tile::Kind::NewPicture, layout_.tile(0)});
     for (std::size_t i = 0; i < shown.size(); ++i) {
         const Rect area = layout_.tile(static_cast<int>(grid_.size()));
-        grid_.push_back({Tile::Kind::Picture, area, shown[i].devicePath, thumbnails_.at(i) == nullptr});
+        grid_.push_back({Tile::Kind::Picture, area, shown[i].devicePath});
     }
 }
 
@@ -142,17 +145,27 @@ void Explorer::pressTile(int type, Point at) {
 }
 
 void Explorer::act(const Tile& tile) {
-    if (tile.damaged) {
-        tell(desk_.languages.text("@DamagedPicture"));
-        return;
-    }
-    // The picture will be the newest one when the person comes back.
+    if (tile.kind == Tile::Kind::Picture) return openPicture(tile.devicePath);
     page_ = 0;
-    if (tile.kind == Tile::Kind::NewPicture) {
-        actions_.create();
-    } else {
-        actions_.open(tile.devicePath);
+    actions_.create();
+}
+
+/// The file is looked at once more: another program may have written or removed it since the page was painted.
+void Explorer::openPicture(const std::string& devicePath) {
+    const std::filesystem::path file = storage_.resolve(devicePath);
+    std::string error;
+    if (loadPicture(file, error) != nullptr) {
+        // The picture will be the newest one when the person comes back.
+        page_ = 0;
+        return actions_.open(devicePath);
     }
+    pictures_ = storage_.pictures();
+    page_ = std::min(page_, pages() - 1);
+    fillPage();
+    std::error_code unknown;
+    if (std::filesystem::exists(file, unknown)) notice_ = desk_.languages.text("@DamagedPicture");
+    paint();
+    desk_.panel.update(desk_.device.bounds(), Waveform::Regular);
 }
 
 void Explorer::turnTo(int page) {
@@ -160,13 +173,6 @@ void Explorer::turnTo(int page) {
     fillPage();
     paint();
     desk_.panel.update(desk_.device.bounds(), Waveform::Regular);
-}
-
-void Explorer::tell(const std::string& notice) {
-    notice_ = notice;
-    painter_.title(notice_);
-    exit_.paint(desk_);
-    desk_.panel.update(layout_.titleBar(), Waveform::Regular);
 }
 
 }  // namespace host

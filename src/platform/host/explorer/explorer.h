@@ -19,6 +19,7 @@ struct ExplorerActions {
     std::function<void()> create;
     std::function<void(const std::string& devicePath)> open;
     std::function<void()> leave;
+    std::function<bool()> saveFailed;  ///< true while the last picture that was to be saved is not
 };
 
 /// Something on the explorer's screen that a person can tap.
@@ -27,12 +28,11 @@ struct Tile {
     Kind kind;
     Rect area;
     std::string devicePath{};  ///< of a picture
-    bool damaged = false;      ///< a picture that cannot be read, nor opened
 };
 
 /// The image explorer's screen: "new picture" first, then thumbnails, newest first, in pages with buttons.
-/// Loads only what the page shows. A damaged picture shows the broken-image icon and cannot be opened: the
-/// application would take it for a white page and remove the file.
+/// Loads only what the page shows. A damaged picture shows the broken-image icon and cannot be opened, whatever it was
+/// when the page was painted: the application would take it for a white page and remove the file.
 class Explorer {
 public:
     Explorer(const Desk& desk, const Storage& storage, ExplorerActions actions);
@@ -57,8 +57,8 @@ private:
     bool pressButtons(int type, Point at);
     void pressTile(int type, Point at);
     void act(const Tile& tile);
+    void openPicture(const std::string& devicePath);
     void turnTo(int page);
-    void tell(const std::string& notice);
 
     [[nodiscard]] int pages() const;
     [[nodiscard]] bool hasPrevious() const { return page_ > 0; }

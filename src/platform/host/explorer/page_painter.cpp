@@ -17,6 +17,7 @@ constexpr const char* kProgramName = "Colour";
 // Device-independent units, 160 to the inch.
 constexpr int kNameSize = 32;
 constexpr int kNoticeSize = 20;
+constexpr int kSmallestNotice = 8;
 constexpr int kCaptionSize = 18;
 constexpr int kPageNumberSize = 26;
 
@@ -63,9 +64,12 @@ void PagePainter::title(const std::string& notice) {
     const int left = margin + nameWidth + margin;
     const Rect room{left, 0, layout_.exitButton().x - margin - left, bar.h - margin / 4};
     if (room.empty()) return;
-    const font_s noticeFont = font(kNoticeSize);
-    const int height = std::min(desk_.text.measure(notice, noticeFont, room.w).h, room.h);
-    desk_.text.draw(desk_.screen, centredIn(room, {room.w, height}), notice, noticeFont, {.align = Align::Centre});
+    font_s noticeFont = font(kNoticeSize);
+    int height = desk_.text.measure(notice, noticeFont, room.w).h;
+    for (; height > room.h && noticeFont.size > kSmallestNotice; --noticeFont.size)
+        height = desk_.text.measure(notice, font(noticeFont.size - 1), room.w).h;
+    const Rect box = centredIn(room, {room.w, std::min(height, room.h)});
+    desk_.text.draw(desk_.screen, box, notice, noticeFont, {.align = Align::Centre});
 }
 
 void PagePainter::newPicture(const Rect& tile) {
@@ -112,6 +116,8 @@ void PagePainter::framed(const Rect& sheet) {
 }
 
 void PagePainter::centred(const Rect& room, const bitmap_s& picture) {
+    // A sheet too small for its icon is plainer without it.
+    if (picture.width > room.w || picture.height > room.h) return;
     const Rect place = centredIn(room, {picture.width, picture.height});
     desk_.screen.draw({place.x, place.y}, picture);
 }
