@@ -62,5 +62,18 @@ TEST_F(MessageDialogTest, AnswersWithTheButtonPressedAndLifted) {
     EXPECT_EQ(callBack(), "dialog 2");
 }
 
+TEST(MessageDialogText, IsSeenToItsLastWordOnTheSmallestPanels) {
+    for (const Device& device : {Device{480, 320, 120, 1.5, false}, Device{480, 320, 120, 2.0, false},
+                                 Device{800, 600, 167, 2.0, false}, Device{1404, 1872, 300, 2.0, true}}) {
+        TestDesk test(device);
+        const auto painted = [&test](const std::string& text) {
+            makeMessageDialog(test.desk, {"Delete", text, "Cancel", "Delete"}, remember)->paint();
+            return test.screen.pixels();
+        };
+        const std::string question = "Are you sure you want to delete this ";
+        EXPECT_FALSE(painted(question + "file?") == painted(question + "lily?")) << device.width << ' ' << device.scale;
+    }
+}
+
 }  // namespace
 }  // namespace host

@@ -85,6 +85,9 @@ TEST_F(WindowTest, ShowsOnlyWhatIsPresentedAndKeepsItsShape) {
     for (const Point at : {Point{175, 0}, {249, 199}}) EXPECT_EQ(pixel(at.x, at.y), 0x0000FFU);
     for (const Point at : {Point{250, 100}, {324, 100}}) EXPECT_EQ(pixel(at.x, at.y), 0xFFFFFFU);
     for (const Point at : {Point{174, 100}, {325, 100}}) EXPECT_EQ(pixel(at.x, at.y), 0x808080U) << "the border";
+    button(SDL_MOUSEBUTTONDOWN, 174, 100);  // a press on the border is none
+    move(200, 100);
+    button(SDL_MOUSEBUTTONUP, 200, 100);
     button(SDL_MOUSEBUTTONDOWN, 175, 0);
     move(324, 199);
     button(SDL_MOUSEBUTTONUP, 499, 100);

@@ -15,6 +15,7 @@ protected:
     CommandLineOptions() {
         std::ofstream(folder.path() / "picture.BMP") << "any";
         std::ofstream(folder.path() / "plain") << "any";
+        std::ofstream(folder.path() / "theme.ini") << "";
         std::filesystem::current_path(folder.path());
     }
     ~CommandLineOptions() override { std::filesystem::current_path("/"); }

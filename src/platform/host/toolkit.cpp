@@ -47,7 +47,8 @@ std::unique_ptr<Display> openDisplay(const Options& options, const Theme& theme,
     auto window =
         tried ? openWindow(options.device.bounds().size(), formatOf(options.device), "Colour", error) : nullptr;
     if (window != nullptr) return window;
-    if (options.display == DisplayKind::Window) refuse(error);
+    if (options.display == DisplayKind::Window)
+        refuse("no window can be opened: " + error + " (try --display browser)");
     std::fprintf(stderr, "colour: %s; showing the panel in the browser instead\n", error.c_str());
     return openBrowserDisplay(options, theme);
 }

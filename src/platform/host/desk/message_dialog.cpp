@@ -44,6 +44,7 @@ private:
     };
 
     void layOut();
+    bool layOut(int percent);
     void placeButtons(Rect row, const Message& message);
     void paintParagraph(const Paragraph& paragraph);
     void finish(int button);
@@ -54,6 +55,7 @@ private:
     Paragraph text_;
     Rect area_;
     Rect buttonRow_;
+    font_s buttonFont_;
     std::vector<TouchButton> buttons_;
 };
 
@@ -61,18 +63,31 @@ MessageDialog::MessageDialog(const Desk& desk, const Message& message, dialog_ca
     : desk_(desk),
       callback_(callback),
       title_{desk.languages.translated(message.title), {desk.text.defaultFamily(0), kTitleSize}, {}},
-      text_{desk.languages.translated(message.text), {desk.text.defaultFamily(0), kTextSize}, {}} {
+      text_{desk.languages.translated(message.text), {desk.text.defaultFamily(0), kTextSize}, {}},
+      buttonFont_{desk.text.defaultFamily(0), kButtonSize} {
     layOut();
     placeButtons(buttonRow_, message);
 }
 
-/// From the title down; the panel is as high as its texts ask for, but stays on the screen with its buttons whole.
+/// As large as it is meant; where the screen is too low for the texts, letters and lengths shrink alike.
 void MessageDialog::layOut() {
+    constexpr int kLeastPercent = 30;
+    for (int percent = 100; !layOut(percent) && percent > kLeastPercent; percent -= 10) {
+    }
+}
+
+/// From the title down; the sheet is as high as its texts ask for, but stays on the screen with its buttons whole.
+/// True when all of it has room.
+bool MessageDialog::layOut(int percent) {
     const Device& device = desk_.device;
-    const int margin = device.designToPixel(kScreenMargin);
-    const int padding = device.designToPixel(kPadding);
-    const int gap = device.designToPixel(kGap);
-    const int buttonHeight = device.designToPixel(kButtonHeight);
+    const auto shrunk = [percent](int length) { return std::max(length * percent / 100, 1); };
+    const int margin = shrunk(device.designToPixel(kScreenMargin));
+    const int padding = shrunk(device.designToPixel(kPadding));
+    const int gap = shrunk(device.designToPixel(kGap));
+    const int buttonHeight = shrunk(device.designToPixel(kButtonHeight));
+    title_.font.size = shrunk(kTitleSize);
+    text_.font.size = shrunk(kTextSize);
+    buttonFont_.size = shrunk(kButtonSize);
     const int width = std::min(device.designToPixel(kWidth), device.width - 2 * margin);
     const int inner = std::max(width - 2 * padding, 1);
 
@@ -87,17 +102,17 @@ void MessageDialog::layOut() {
     buttonRow_ = {left, area_.y + height - padding - buttonHeight, inner, buttonHeight};
     const int textTop = title_.box.y + titleHeight + gap;
     text_.box = {left, textTop, inner, buttonRow_.y - 2 * gap - textTop};
+    return height == wanted;
 }
 
 void MessageDialog::placeButtons(Rect row, const Message& message) {
     const int gap = desk_.device.designToPixel(kGap);
     const int width = (row.w - gap) / 2;
-    const font_s font{desk_.text.defaultFamily(0), kButtonSize};
     const Languages& languages = desk_.languages;
     buttons_.emplace_back(Rect{row.x, row.y, width, row.h},
-                          ButtonFace{.label = languages.translated(message.button1), .font = font});
+                          ButtonFace{.label = languages.translated(message.button1), .font = buttonFont_});
     buttons_.emplace_back(Rect{row.x + row.w - width, row.y, width, row.h},
-                          ButtonFace{.label = languages.translated(message.button2), .font = font});
+                          ButtonFace{.label = languages.translated(message.button2), .font = buttonFont_});
 }
 
 void MessageDialog::paint() {

@@ -4,6 +4,7 @@
 #include <SDL_mouse.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace host {
@@ -24,13 +25,20 @@ Input text(std::string characters) {
     return input;
 }
 
-// A place that SDL gives in points, each of which may be several pixels: the point's middle counts.
-Point panelPixel(int x, int y, const WindowView& view, Size window) {
-    return view.toPanel((x + 0.5) * view.window().w / window.w, (y + 0.5) * view.window().h / window.h);
+WindowPlace placeOf(double x, double y, const WindowView& view) {
+    const Point pixel{static_cast<int>(std::floor(x)), static_cast<int>(std::floor(y))};
+    return {view.toPanel(x, y), view.picture().contains(pixel)};
 }
 
-Point panelPixel(const SDL_TouchFingerEvent& finger, const WindowView& view) {
-    return view.toPanel(double{finger.x} * view.window().w, double{finger.y} * view.window().h);
+// A place that SDL gives in points, each of which may be several pixels: the point's middle counts.
+WindowPlace placeOf(int x, int y, const WindowView& view, Size window) {
+    return placeOf((x + 0.5) * view.window().w / window.w, (y + 0.5) * view.window().h / window.h, view);
+}
+
+WindowPlace placeOf(const SDL_TouchFingerEvent& finger, const WindowView& view) {
+    const Size window = view.window();
+    return placeOf(std::min(double{finger.x} * window.w, window.w - 0.5),
+                   std::min(double{finger.y} * window.h, window.h - 0.5), view);
 }
 
 struct KeyCode {
@@ -66,14 +74,14 @@ std::optional<Input> WindowInput::translate(const SDL_Event& event, const Window
             return pointer(Input::Kind::Close, {});
         case SDL_MOUSEBUTTONDOWN:
         case SDL_MOUSEBUTTONUP:
-            return button(event.button, panelPixel(event.button.x, event.button.y, view, window));
+            return button(event.button, placeOf(event.button.x, event.button.y, view, window));
         case SDL_MOUSEMOTION:
             if (pointer_ != Pointer::Mouse) return std::nullopt;
-            return pointer(Input::Kind::PointerMove, panelPixel(event.motion.x, event.motion.y, view, window));
+            return pointer(Input::Kind::PointerMove, placeOf(event.motion.x, event.motion.y, view, window).at);
         case SDL_FINGERDOWN:
         case SDL_FINGERMOTION:
         case SDL_FINGERUP:
-            return finger(event.tfinger, panelPixel(event.tfinger, view));
+            return finger(event.tfinger, placeOf(event.tfinger, view));
         case SDL_KEYDOWN:
             return key(event.key.keysym);
         case SDL_TEXTINPUT:
@@ -83,34 +91,34 @@ std::optional<Input> WindowInput::translate(const SDL_Event& event, const Window
     }
 }
 
-std::optional<Input> WindowInput::button(const SDL_MouseButtonEvent& event, Point at) {
+std::optional<Input> WindowInput::button(const SDL_MouseButtonEvent& event, WindowPlace place) {
     if (event.button != SDL_BUTTON_LEFT) return std::nullopt;
-    if (event.type == SDL_MOUSEBUTTONDOWN && pointer_ == Pointer::None) {
+    if (event.type == SDL_MOUSEBUTTONDOWN && pointer_ == Pointer::None && place.onPanel) {
         pointer_ = Pointer::Mouse;
         // A stroke that leaves the window goes on, and its end is not missed.
         SDL_CaptureMouse(SDL_TRUE);
-        return pointer(Input::Kind::PointerDown, at);
+        return pointer(Input::Kind::PointerDown, place.at);
     }
     if (event.type == SDL_MOUSEBUTTONUP && pointer_ == Pointer::Mouse) {
         pointer_ = Pointer::None;
         SDL_CaptureMouse(SDL_FALSE);
-        return pointer(Input::Kind::PointerUp, at);
+        return pointer(Input::Kind::PointerUp, place.at);
     }
     return std::nullopt;
 }
 
-std::optional<Input> WindowInput::finger(const SDL_TouchFingerEvent& event, Point at) {
+std::optional<Input> WindowInput::finger(const SDL_TouchFingerEvent& event, WindowPlace place) {
     if (event.type == SDL_FINGERDOWN) {
-        if (pointer_ != Pointer::None) return std::nullopt;
+        if (pointer_ != Pointer::None || !place.onPanel) return std::nullopt;
         pointer_ = Pointer::Finger;
         touch_ = event.touchId;
         finger_ = event.fingerId;
-        return pointer(Input::Kind::PointerDown, at);
+        return pointer(Input::Kind::PointerDown, place.at);
     }
     if (pointer_ != Pointer::Finger || event.touchId != touch_ || event.fingerId != finger_) return std::nullopt;
-    if (event.type == SDL_FINGERMOTION) return pointer(Input::Kind::PointerMove, at);
+    if (event.type == SDL_FINGERMOTION) return pointer(Input::Kind::PointerMove, place.at);
     pointer_ = Pointer::None;
-    return pointer(Input::Kind::PointerUp, at);
+    return pointer(Input::Kind::PointerUp, place.at);
 }
 
 std::optional<Input> WindowInput::key(const SDL_Keysym& keysym) const {

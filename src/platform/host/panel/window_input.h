@@ -11,6 +11,12 @@ namespace host {
 
 /// Turns what SDL reports into what a person did to the panel. One pointer draws at a time: the mouse's left
 /// button or one finger, whichever came first; the others are ignored until it lifts.
+/// A place in the window as the panel's pixel, the nearest one beside the picture of the panel.
+struct WindowPlace {
+    Point at;
+    bool onPanel;
+};
+
 class WindowInput {
 public:
     /// `window` in points, the unit of the mouse; nothing where `event` means nothing to the panel.
@@ -22,8 +28,8 @@ public:
 private:
     enum class Pointer { None, Mouse, Finger };
 
-    [[nodiscard]] std::optional<Input> button(const SDL_MouseButtonEvent& event, Point at);
-    [[nodiscard]] std::optional<Input> finger(const SDL_TouchFingerEvent& event, Point at);
+    [[nodiscard]] std::optional<Input> button(const SDL_MouseButtonEvent& event, WindowPlace place);
+    [[nodiscard]] std::optional<Input> finger(const SDL_TouchFingerEvent& event, WindowPlace place);
     [[nodiscard]] std::optional<Input> key(const SDL_Keysym& keysym) const;
 
     Pointer pointer_ = Pointer::None;

@@ -196,6 +196,7 @@ private:
         if (given("PICTURE")) checkPicture(options_.picture);
         if (given("--script")) requireReadable("script", options_.script);
         if (given("--theme")) requireReadable("theme", options_.theme, true);
+        if (given("--theme")) requireReadable("theme's list of values", options_.theme + "/theme.ini");
         if (given("--password-file")) requireReadable("password file", options_.passwordFile);
         if (given("--listen") && !given("--password-file")) fail("--listen needs a password: add --password-file FILE");
         if (given("--language") && !isLanguageCode(options_.language)) {
