@@ -19,7 +19,8 @@ struct ExplorerActions {
     std::function<void()> create;
     std::function<void(const std::string& devicePath)> open;
     std::function<void()> leave;
-    std::function<bool()> saveFailed;  ///< true while the last picture that was to be saved is not
+    /// True while the last picture that was to be saved is not.
+    std::function<bool()> saveFailed = [] { return false; };
 };
 
 /// Something on the explorer's screen that a person can tap.
