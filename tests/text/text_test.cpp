@@ -109,6 +109,12 @@ TEST_F(TextTest, WrapsAtWordsThenAnywhereAndHonoursLineEnds) {
     EXPECT_EQ(drawn(kBox, "one\ntwo\n\nthree").pixels(), drawn(kBox, "one\r\ntwo\r\n\r\nthree").pixels());
 }
 
+TEST_F(TextTest, TallAccentsOfTheFirstLineAreWhole) {
+    const int whole = ink(drawn(kBox, "\nẦẪ")).h;
+    EXPECT_EQ(ink(drawn(kBox, "ẦẪ")).h, whole);
+    EXPECT_GE(ink(drawn(kBox, "ẦẪ")).y, kBox.y);
+}
+
 TEST_F(TextTest, SizeFollowsDensityAndScale) {
     // 48 units are 0.3 inch; the line is a little higher than the size.
     for (const Device& device : {Device{600, 800, 160, 1.0}, Device{600, 800, 160, 2.0}, Device{600, 800, 320, 1.0}}) {
