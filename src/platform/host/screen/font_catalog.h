@@ -21,11 +21,9 @@ public:
     /// False, told once on standard error, when the machine has no font at all.
     [[nodiscard]] bool empty() const { return families_.empty(); }
 
-    /// Sorted without regard to case; a font counts under its first name only. Names with a comma, which cannot
-    /// stand in a "Name,Size" string, are left out.
-    [[nodiscard]] const std::vector<std::string>& families() const { return families_; }
-
-    /// The same, but first those that can write that language, a code such as "de".
+    /// First those that can write the language, a code such as "de", then the others; both sorted without regard to
+    /// case. A font counts under its first name only. Names with a comma, which cannot stand in a "Name,Size" string,
+    /// are left out.
     [[nodiscard]] std::vector<std::string> familiesFor(const std::string& language) const;
 
     /// The family to use for a name that was asked for: the name itself where a font has it among its names (in

@@ -215,7 +215,7 @@ TextBlock Text::fitLine(std::string_view utf8, font_s& font, Size room, int smal
         TextBlock line(engine().layout(utf8, font, Wrap::None).release());
         const auto [w, h] = sizeUncut(line.layout());
         if ((w <= room.w && h <= room.h) || font.size <= smallest) return line;
-        const double shrunk = font.size * std::min(1.0 * room.w / w, 1.0 * room.h / h);
+        const double shrunk = font.size * std::min(1.0 * room.w / std::max(w, 1), 1.0 * room.h / std::max(h, 1));
         font.size = std::max(std::min(static_cast<int>(shrunk), font.size - 1), smallest);
     }
 }
