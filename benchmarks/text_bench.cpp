@@ -82,6 +82,8 @@ void OpenFontSelector(benchmark::State& state) {
     std::vector<double> ours;
     std::vector<double> peer;
     for (auto _ : state) {
+        screen.clear();  // it opens over a white page
+        panel.update(device.bounds(), Waveform::Regular);
         Text text(device);
         text.draw(screen, boxes.title, "Font", {.size = kFontSize}, {});
         const Desk desk{device, screen, panel, text, theme, languages};

@@ -10,13 +10,13 @@ namespace host {
 namespace {
 
 constexpr int kNameSize = 28;      // device-independent units, where the name has room
+constexpr int kSampleSize = 24;    // so that most scripts' letters have room at once, and their fonts open once
 constexpr int kSmallestName = 14;  // device-independent units
 constexpr int kRowMargin = 24;     // design units, at both ends of a row
 constexpr int kCorner = 14;        // design units
 
 /// Smaller where the text would not fit; at its smallest size, the text is cut instead.
-TextBlock fitted(Text& text, const std::string& line, const std::string& family, Size room) {
-    font_s font{family, kNameSize};
+TextBlock fitted(Text& text, const std::string& line, font_s font, Size room) {
     return text.fitLine(line, font, room, kSmallestName);
 }
 
@@ -100,12 +100,12 @@ void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
         desk_.text.drawLine(desk_.screen, box, line, Align::Start, colour);
     };
     const std::string characters = desk_.text.sample(family);
-    if (characters.empty()) return draw(inside, fitted(desk_.text, family, family, inside.size()));
+    if (characters.empty()) return draw(inside, fitted(desk_.text, family, {family, kNameSize}, inside.size()));
 
     const int margin = desk_.device.designToPixel(kRowMargin);
     const int room = inside.w - margin - 2 * inside.h;
-    const TextBlock name = fitted(desk_.text, family, desk_.text.defaultFamily(0), {room, inside.h});
-    const TextBlock sample = fitted(desk_.text, characters, family, inside.size());
+    const TextBlock name = fitted(desk_.text, family, {desk_.text.defaultFamily(0), kNameSize}, {room, inside.h});
+    const TextBlock sample = fitted(desk_.text, characters, {family, kSampleSize}, inside.size());
     const int nameWidth = std::min(name.size().w, room);
     const int sampleWidth = std::min(sample.size().w, inside.w - nameWidth - margin);
     draw({inside.x, inside.y, nameWidth, inside.h}, name);
