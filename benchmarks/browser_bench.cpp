@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/host/panel/browser_display.h"
+#include "platform/host/browser/browser_display.h"
 #include "stroke.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/desk/keyboard.h"
-#include "platform/host/desk/pointer_event.h"
+#include "platform/host/keyboard/keyboard.h"
+#include "platform/host/touch/pointer_event.h"
 
 namespace {
 

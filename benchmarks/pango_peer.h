@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/device.h"
+#include "platform/host/base/device.h"
 
 /// The size of the application's default font.
 constexpr int kFontSize = 28;

@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "platform/host/panel/panel.h"
-#include "platform/host/panel/window_display.h"
+#include "platform/host/window/window_display.h"
 
 constexpr int kMark = 24;                                  // pixels, what one event of a stroke refreshes
 constexpr std::chrono::microseconds kEventInterval{8333};  // 120 Hz

@@ -10,8 +10,8 @@
 
 #include "paired.h"
 #include "pango_peer.h"
-#include "platform/host/desk/font_selector.h"
-#include "platform/host/desk/font_selector_geometry.h"
+#include "platform/host/dialogs/font_selector.h"
+#include "platform/host/dialogs/font_selector_geometry.h"
 #include "platform/host/panel/headless_display.h"
 
 namespace {

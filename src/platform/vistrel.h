@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/bitmap.h"
+#include "platform/callbacks.h"
 
 /// The device toolkit: events, drawing into the screen buffer, panel refresh, picture files, timers,
 /// dialogs, fonts, theme and languages.
@@ -21,16 +22,6 @@ struct irect_s {
 
 /// Font handle, owned by the toolkit between OpenFont and CloseFont.
 struct font_s;
-
-/// Receives every event. For the pointer events (29 up, 30 down, 31 move, 35 report) `par1` is x and
-/// `par2` is y. The result tells whether the event was taken (not 0).
-using event_handler_t = int (*)(int type, int par1, int par2);
-
-using timer_callback_t = void (*)();
-using timer_context_callback_t = void (*)(void* context);
-using dialog_callback_t = void (*)(int button);
-using keyboard_callback_t = void (*)(char* text);
-using font_callback_t = void (*)(char* font, char* font2, char* font3, char* font4);
 
 /// First call of the process. `reserved` is null.
 void InitVistrel(const char* reserved);

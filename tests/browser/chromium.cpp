@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "platform/host/files/surface_picture.h"
-#include "platform/host/session/trace.h"
+#include "platform/host/record/trace.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
 #include "support/process.h"
 #include "support/temporary_folder.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-#include "platform/host/panel/browser_display.h"
+#include "platform/host/browser/browser_display.h"
 
 /// With the page of the source tree.
 host::BrowserSettings browserSettings();

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/geometry.h"
-#include "platform/host/panel/browser_socket.h"
+#include "platform/host/base/geometry.h"
+#include "platform/host/browser/browser_socket.h"
 
 /// A TCP connection of a test's, which waits at most 15 seconds for anything.
 class Peer {

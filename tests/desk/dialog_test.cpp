@@ -1,8 +1,8 @@
-#include "platform/host/desk/message_dialog.h"
+#include "platform/host/dialogs/message_dialog.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/host/desk/pointer_event.h"
+#include "platform/host/touch/pointer_event.h"
 #include "support/test_desk.h"
 
 namespace host {

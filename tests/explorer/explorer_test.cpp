@@ -8,8 +8,8 @@
 #include <functional>
 
 #include "files/scratch.h"
-#include "platform/host/desk/pointer_event.h"
 #include "platform/host/files/picture_file.h"
+#include "platform/host/touch/pointer_event.h"
 #include "support/test_desk.h"
 
 namespace {

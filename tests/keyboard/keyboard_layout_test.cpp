@@ -1,4 +1,4 @@
-#include "platform/host/desk/keyboard_layout.h"
+#include "platform/host/keyboard/keyboard_layout.h"
 
 #include <gtest/gtest.h>
 

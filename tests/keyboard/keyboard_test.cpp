@@ -1,11 +1,11 @@
-#include "platform/host/desk/keyboard.h"
+#include "platform/host/keyboard/keyboard.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <sstream>
 
-#include "platform/host/desk/pointer_event.h"
+#include "platform/host/touch/pointer_event.h"
 #include "support/test_desk.h"
 
 namespace host {

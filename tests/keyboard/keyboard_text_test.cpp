@@ -1,4 +1,4 @@
-#include "platform/host/desk/keyboard_text.h"
+#include "platform/host/keyboard/keyboard_text.h"
 
 #include <gtest/gtest.h>
 

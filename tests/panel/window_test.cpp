@@ -3,8 +3,8 @@
 
 #include <cstdlib>
 
-#include "platform/host/panel/window_display.h"
 #include "platform/host/screen/screen.h"
+#include "platform/host/window/window_display.h"
 #include "support/input_words.h"
 
 namespace host {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "platform/host/panel/window_view.h"
+#include "platform/host/window/window_view.h"
 
 namespace host {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/host/session/options.h"
+#include "platform/host/options/options.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "platform/host/session/trace.h"
+#include "platform/host/record/trace.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/host/session/json.h"
+#include "platform/host/record/json.h"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <functional>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 
 /// What the pixel `at` of a picture scaled from one size to another should be: the mean of `value` (column, row) over
 /// the area that the pixel covers, by the definition and slowly.

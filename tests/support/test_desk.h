@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/host/desk/desk.h"
+#include "platform/host/touch/desk.h"
 #include "support/recording_display.h"
 
 inline host::Device defaultPanel() { return {}; }

@@ -1,12 +1,12 @@
-#include "platform/host/desk/font_selector.h"
+#include "platform/host/dialogs/font_selector.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cstring>
 
-#include "platform/host/desk/font_selector_geometry.h"
-#include "platform/host/desk/pointer_event.h"
+#include "platform/host/dialogs/font_selector_geometry.h"
+#include "platform/host/touch/pointer_event.h"
 #include "support/test_desk.h"
 
 namespace host {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <random>
 
-#include "platform/host/screen/utf8.h"
+#include "platform/host/base/utf8.h"
 #include "screen/pixels.h"
 
 namespace host {

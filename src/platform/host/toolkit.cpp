@@ -10,10 +10,9 @@
 #include <string>
 #include <utility>
 
-#include "platform/device.h"
-#include "platform/host/panel/browser_display.h"
+#include "platform/host/browser/browser_display.h"
 #include "platform/host/panel/headless_display.h"
-#include "platform/host/panel/window_display.h"
+#include "platform/host/window/window_display.h"
 
 namespace host {
 
@@ -79,8 +78,6 @@ Toolkit::Toolkit(Options chosen)
       desk{options.device, screen, panel, text, theme, languages} {}
 
 void makeToolkit(Options options) {
-    const bool repeatable = options.display == DisplayKind::Headless || !options.script.empty();
-    g_process_pid = repeatable ? 1 : static_cast<int>(getpid());
     instance = std::make_unique<Toolkit>(std::move(options));
     if (instance->options.trace.empty()) return;
     const bool fastSleep = instance->storage.access("/mnt/ext1/fast_sleep", F_OK) == 0;

@@ -3,13 +3,13 @@
 #include <memory>
 #include <vector>
 
-#include "platform/host/clock.h"
-#include "platform/host/desk/desk.h"
+#include "platform/host/base/clock.h"
 #include "platform/host/desk/loop.h"
 #include "platform/host/desk/modals.h"
 #include "platform/host/files/storage.h"
-#include "platform/host/session/options.h"
-#include "platform/host/session/trace.h"
+#include "platform/host/options/options.h"
+#include "platform/host/record/trace.h"
+#include "platform/host/touch/desk.h"
 
 namespace host {
 

@@ -1,7 +1,10 @@
 #include "platform/image_explorer.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 
+#include "platform/device.h"
 #include "platform/host/explorer/explorer.h"
 #include "platform/host/files/picture_file.h"
 #include "platform/host/session/script.h"
@@ -35,7 +38,12 @@ std::unique_ptr<host::Script> loadScript(const host::Stage& stage, const std::st
 
 }  // namespace
 
-Controller::Controller(int argc, char** argv) { host::makeToolkit(host::readOptions(argc, argv)); }
+Controller::Controller(int argc, char** argv) {
+    host::makeToolkit(host::readOptions(argc, argv));
+    const host::Options& options = host::toolkit().options;
+    const bool repeatable = options.display == host::DisplayKind::Headless || !options.script.empty();
+    g_process_pid = repeatable ? 1 : static_cast<int>(getpid());
+}
 
 Controller::~Controller() = default;
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/host/desk/font_selector.h"
-#include "platform/host/desk/keyboard.h"
-#include "platform/host/desk/message_dialog.h"
+#include "platform/host/dialogs/font_selector.h"
+#include "platform/host/dialogs/message_dialog.h"
+#include "platform/host/keyboard/keyboard.h"
 #include "platform/host/toolkit.h"
 
 using host::Toolkit;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/host/desk/pointer_event.h"
+#include "platform/host/touch/pointer_event.h"
 
 namespace host {
 

@@ -4,14 +4,14 @@
 #include <functional>
 #include <optional>
 
-#include "platform/host/clock.h"
+#include "platform/callbacks.h"
+#include "platform/host/base/clock.h"
 #include "platform/host/desk/modals.h"
 #include "platform/host/desk/signals.h"
 #include "platform/host/desk/timers.h"
 #include "platform/host/panel/display.h"
 #include "platform/host/panel/panel.h"
-#include "platform/host/session/trace.h"
-#include "platform/vistrel.h"
+#include "platform/host/record/trace.h"
 
 namespace host {
 

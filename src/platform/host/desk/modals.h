@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
-#include "platform/host/desk/modal.h"
 #include "platform/host/panel/panel.h"
 #include "platform/host/screen/screen.h"
+#include "platform/host/touch/modal.h"
 
 namespace host {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/clock.h"
-#include "platform/vistrel.h"
+#include "platform/callbacks.h"
+#include "platform/host/base/clock.h"
 
 namespace host {
 

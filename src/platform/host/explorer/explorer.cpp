@@ -5,8 +5,8 @@
 #include <span>
 #include <utility>
 
-#include "platform/host/desk/pointer_event.h"
 #include "platform/host/files/picture_file.h"
+#include "platform/host/touch/pointer_event.h"
 
 namespace host {
 

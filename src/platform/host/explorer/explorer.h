@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/desk/desk.h"
-#include "platform/host/desk/touch_button.h"
 #include "platform/host/explorer/page_layout.h"
 #include "platform/host/explorer/page_painter.h"
 #include "platform/host/explorer/thumbnails.h"
 #include "platform/host/files/storage.h"
+#include "platform/host/touch/desk.h"
+#include "platform/host/touch/touch_button.h"
 
 namespace host {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/host/device.h"
+#include "platform/host/base/device.h"
 
 namespace host {
 

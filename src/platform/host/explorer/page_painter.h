@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "platform/host/desk/desk.h"
 #include "platform/host/explorer/page_layout.h"
 #include "platform/host/files/storage.h"
 #include "platform/host/screen/bitmap_record.h"
+#include "platform/host/touch/desk.h"
 
 namespace host {
 

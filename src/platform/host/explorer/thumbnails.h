@@ -3,8 +3,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/host/base/geometry.h"
 #include "platform/host/files/storage.h"
-#include "platform/host/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
 
 namespace host {

@@ -6,10 +6,10 @@
 #include <functional>
 #include <optional>
 
+#include "platform/host/base/geometry.h"
 #include "platform/host/files/bmp_header.h"
 #include "platform/host/files/input_file.h"
 #include "platform/host/files/replaced_file.h"
-#include "platform/host/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
 
 namespace host {

@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "platform/host/files/file_handle.h"
+#include "platform/host/base/file_handle.h"
 
 namespace host {
 

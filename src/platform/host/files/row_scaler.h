@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 
 namespace host {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
 
 namespace host {

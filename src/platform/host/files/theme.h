@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/bitmap.h"
-#include "platform/host/device.h"
+#include "platform/host/base/device.h"
 #include "platform/host/files/ini_file.h"
 #include "platform/host/files/svg_icon.h"
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/framebuffer.h"
 
 namespace host {

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "platform/host/clock.h"
-#include "platform/host/geometry.h"
+#include "platform/host/base/clock.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/panel/display.h"
 #include "platform/host/panel/refresh.h"
 #include "platform/host/panel/waveforms.h"

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/host/clock.h"
-#include "platform/host/geometry.h"
+#include "platform/host/base/clock.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/panel/refresh.h"
 #include "platform/host/screen/framebuffer.h"
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <limits>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/huge_pages.h"
 
 namespace host {

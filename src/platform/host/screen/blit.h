@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
 #include "platform/host/screen/damage.h"
 #include "platform/host/screen/framebuffer.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/framebuffer.h"
 #include "platform/host/screen/ink_memory.h"
 #include "platform/host/screen/stroke_row.h"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 #include "platform/host/screen/framebuffer.h"
 
 namespace host {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 
 namespace host {
 

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "platform/host/base/utf8.h"
 #include "platform/host/screen/font_catalog.h"
 #include "platform/host/screen/font_sample.h"
 #include "platform/host/screen/glyph_cache.h"
-#include "platform/host/screen/utf8.h"
 
 namespace host {
 namespace {

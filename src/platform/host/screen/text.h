@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/device.h"
+#include "platform/host/base/device.h"
 #include "platform/host/screen/screen.h"
 #include "platform/host/screen/text_block.h"
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 
 struct _PangoLayout;  // the library's name for it; NOLINT(bugprone-reserved-identifier)
 

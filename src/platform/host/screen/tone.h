@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/host/geometry.h"
+#include "platform/host/base/geometry.h"
 
 namespace host {
 

@@ -10,9 +10,9 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/host/desk/pointer_event.h"
 #include "platform/host/screen/png_writer.h"
 #include "platform/host/session/script_line.h"
+#include "platform/host/touch/pointer_event.h"
 
 namespace host {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <system_error>
 
-#include "platform/host/session/json.h"
+#include "platform/host/record/json.h"
 
 namespace host {
 

@@ -1,0 +1,16 @@
+#pragma once
+
+/// The functions of the application's that the device toolkit calls, always on the thread that called the toolkit.
+
+/// Receives every event. For the pointer events (29 up, 30 down, 31 move, 35 report) `par1` is x and
+/// `par2` is y. The result tells whether the event was taken (not 0).
+using event_handler_t = int (*)(int type, int par1, int par2);
+
+using timer_callback_t = void (*)();
+using timer_context_callback_t = void (*)(void* context);
+/// Gets the number of the pressed button: 1 or 2.
+using dialog_callback_t = void (*)(int button);
+/// Gets the buffer that OpenKeyboard was given.
+using keyboard_callback_t = void (*)(char* text);
+/// Gets "Name,Size", name, size and style; the strings live during the call.
+using font_callback_t = void (*)(char* font, char* font2, char* font3, char* font4);

@@ -1,0 +1,218 @@
+#include "platform/host/options/options.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/host/options/panel_option.h"
+
+namespace host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kWrongUsage = 2;
+constexpr long kHighestPort = 65'535;
+constexpr long kHighestLogLevel = 9;
+constexpr long kLastSecond = 253'402'300'799;  // the end of the year 9999
+
+constexpr const char* kVersion = "Colour " COLOUR_VERSION;
+
+constexpr const char* kHelp = R"(Usage: colour [OPTIONS] [PICTURE]
+
+Draw by hand on an e-ink panel, or on a window or a browser page that stands for one.
+
+  PICTURE                open this picture (.bmp, .png) at once; "back" leads to the explorer
+  --new                  begin with a new picture
+
+Panel
+  --panel WxH@DPI[,colour|,grey][,scale=S][,platform=N]
+                         its pixels, its dots to the inch, and what else it is; a scale above 1
+                         makes everything larger (1404x1872@300,colour)
+  --display KIND         window, browser or headless
+                         (a window where a display answers, else the browser)
+  --waveforms            refresh as slowly as real e-ink does
+
+Browser display
+  --port N               the page's port (the first free one from 6080)
+  --listen ADDRESS       serve other machines too, at this address; needs a password
+  --password-file FILE   the password that the page asks for
+
+Places
+  --storage DIR          where pictures are kept (~/.local/share/colour)
+  --theme DIR            icons, texts and keyboards to use instead of the installed ones
+  --language CODE        en, de, fr, es, ru or ar (as the environment says)
+
+Sessions
+  --script FILE          play this session script
+  --trace FILE           record every call between application and platform
+  --clock SECONDS        the time, since the epoch, at which a headless run begins (1700000000)
+  --log LEVEL            print log lines up to this level, from 0 to 9 (0)
+
+  -h, --help             print this page
+  --version              print the version
+
+Examples
+  colour --new --panel 600x800@167,grey
+  colour --display browser --port 8080
+  colour --display headless --script draw.session --trace draw.trace
+)";
+
+[[noreturn]] void fail(std::string message) {
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    std::fprintf(stderr, "colour: %s\n", message.c_str());
+    std::exit(kWrongUsage);
+}
+
+/// Why a file, or with `directory` a folder, cannot be read; empty when it can.
+std::string unreadable(const std::string& path, bool directory) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::exists(status)) return "no such file or folder";
+    if (fs::is_directory(status) != directory) return directory ? "not a folder" : "a folder, not a file";
+    return access(path.c_str(), R_OK) == 0 ? "" : std::strerror(errno);
+}
+
+void requireReadable(const char* what, const std::string& path, bool directory = false) {
+    const std::string reason = unreadable(path, directory);
+    if (!reason.empty()) fail(std::string("cannot read the ") + what + " '" + path + "': " + reason);
+}
+
+/// "de", "pt_BR", "zh-Hant": what a file of texts can be named after.
+bool isLanguageCode(std::string_view code) {
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    const auto isPart = [&](std::string_view part, std::size_t shortest, std::size_t longest) {
+        return part.size() >= shortest && part.size() <= longest && std::all_of(part.begin(), part.end(), isLetter);
+    };
+    const std::size_t mark = code.find_first_of("_-");
+    if (!isPart(code.substr(0, mark), 2, 3)) return false;
+    return mark == std::string_view::npos || isPart(code.substr(mark + 1), 2, 8);
+}
+
+DisplayKind displayKind(const std::string& name, std::string& error) {
+    if (name == "window") return DisplayKind::Window;
+    if (name == "browser") return DisplayKind::Browser;
+    if (name == "headless") return DisplayKind::Headless;
+    error = "the display is window, browser or headless";
+    return DisplayKind::Automatic;
+}
+
+void checkPicture(const std::string& picture) {
+    std::string ending = fs::path(picture).extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    if (ending == ".jpg" || ending == ".jpeg") {
+        fail("'" + picture + "' is not opened: a JPEG picture cannot be saved without loss");
+    }
+    if (ending != ".bmp" && ending != ".png")
+        fail("'" + picture + "' is not a picture: it ends in neither .bmp nor .png");
+    // A path on the device is one of the storage's, which knows where it really is.
+    if (!picture.starts_with("/mnt/ext1/")) requireReadable("picture", picture);
+}
+
+/// The command line as CLI11 reads it; what CLI11 cannot tell by itself is checked afterwards.
+class CommandLine {
+public:
+    CommandLine() {
+        text("PICTURE", options_.picture);
+        flag("--new", options_.newPicture);
+        checked("--panel", [this](const std::string& value, std::string& error) {
+            options_.device = parsePanel(value, error).value_or(options_.device);
+        });
+        checked("--display",
+                [this](const std::string& value, std::string& error) { options_.display = displayKind(value, error); });
+        flag("--waveforms", options_.waveforms);
+        number("--port", 1, kHighestPort, options_.port);
+        text("--listen", options_.listen);
+        text("--password-file", options_.passwordFile);
+        text("--storage", options_.storage);
+        text("--theme", options_.theme);
+        text("--language", options_.language);
+        text("--script", options_.script);
+        text("--trace", options_.trace);
+        number("--clock", 0, kLastSecond, options_.clock);
+        number("--log", 0, kHighestLogLevel, options_.logLevel);
+        app_.set_help_flag();
+        page("-h,--help", kHelp);
+        page("--version", kVersion);
+    }
+
+    Options read(int argc, const char* const* argv) {
+        try {
+            app_.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            fail(error.what());
+        }
+        check();
+        return options_;
+    }
+
+private:
+    void text(const char* name, std::string& value) { app_.add_option(name, value)->type_name("value"); }
+    void flag(const char* name, bool& value) { app_.add_flag(name, value)->disable_flag_override(); }
+
+    void page(const char* name, const char* contents) {
+        app_.add_flag_callback(name, [contents] {
+            std::puts(contents);
+            std::exit(0);
+        });
+    }
+
+    /// `take` stores the value, or says in its second argument what is wrong with it.
+    void checked(const char* name, std::function<void(const std::string&, std::string&)> take) {
+        const auto report = [name, take = std::move(take)](const std::string& value) {
+            std::string error;
+            take(value, error);
+            if (!error.empty()) fail(std::string(name) + " " + value + ": " + error);
+        };
+        app_.add_option_function<std::string>(name, report)->type_name("value");
+    }
+
+    template <typename Number>
+    void number(const char* name, long lowest, long highest, Number& target) {
+        checked(name, [lowest, highest, &target](const std::string& value, std::string& error) {
+            const std::optional<long> taken = wholeNumber(value, lowest, highest);
+            if (!taken) error = "not a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest);
+            target = static_cast<Number>(taken.value_or(lowest));
+        });
+    }
+
+    [[nodiscard]] bool given(const char* name) const { return app_.count(name) > 0; }
+
+    void check() const {
+        if (given("PICTURE") && options_.newPicture) fail("give a PICTURE or --new, not both");
+        if (given("PICTURE")) checkPicture(options_.picture);
+        if (given("--script")) requireReadable("script", options_.script);
+        if (given("--theme")) requireReadable("theme", options_.theme, true);
+        if (given("--theme")) requireReadable("theme's list of values", options_.theme + "/theme.ini");
+        if (given("--password-file")) requireReadable("password file", options_.passwordFile);
+        if (given("--listen") && !given("--password-file")) fail("--listen needs a password: add --password-file FILE");
+        if (given("--language") && !isLanguageCode(options_.language)) {
+            fail("--language " + options_.language + ": a language is a code such as en, de or pt_BR");
+        }
+        for (const char* name : {"--storage", "--trace", "--listen"}) {
+            if (given(name) && app_.get_option(name)->as<std::string>().empty()) fail(std::string(name) + " is empty");
+        }
+    }
+
+    CLI::App app_{"", "colour"};
+    Options options_;
+};
+
+}  // namespace
+
+Options readOptions(int argc, const char* const* argv) { return CommandLine().read(argc, argv); }
+
+}  // namespace host

@@ -1,0 +1,263 @@
+#include "platform/host/window/window_display.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "platform/host/screen/surface.h"
+#include "platform/host/window/area_scaler.h"
+#include "platform/host/window/window_icon.h"
+#include "platform/host/window/window_input.h"
+#include "platform/host/window/window_view.h"
+
+namespace host {
+
+namespace {
+
+// What a window manager's frame and title bar take, at most, in points.
+constexpr Size kFrameRoom = {16, 56};
+constexpr Size kSmallestWindow = {160, 200};
+constexpr Uint8 kBorderGrey = 0x80;
+
+struct CloseWindow {
+    void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
+};
+using Window = std::unique_ptr<SDL_Window, CloseWindow>;
+
+SDL_Rect sdlRect(Rect r) { return {r.x, r.y, r.w, r.h}; }
+
+Size windowSize(SDL_Window* window) {
+    Size size;
+    SDL_GetWindowSize(window, &size.w, &size.h);
+    return {std::max(size.w, 1), std::max(size.h, 1)};
+}
+
+bool takesRows(const SDL_Surface& surface) {
+    return surface.format->format == SDL_PIXELFORMAT_RGB888 || surface.format->format == SDL_PIXELFORMAT_ARGB8888;
+}
+
+/// SDL's video part, for as long as the window lives.
+class Video {
+public:
+    Video() : ok_(SDL_InitSubSystem(SDL_INIT_VIDEO) == 0) {}
+    Video(const Video&) = delete;
+    Video& operator=(const Video&) = delete;
+    ~Video() {
+        if (ok_) SDL_QuitSubSystem(SDL_INIT_VIDEO);
+    }
+    [[nodiscard]] bool ok() const { return ok_; }
+
+private:
+    bool ok_;
+};
+
+class WindowDisplay final : public Display {
+public:
+    explicit WindowDisplay(Size panel)
+        : panel_(panel), view_(panel, panel), scaler_(panel, panel), wakeEvent_(SDL_RegisterEvents(1)) {}
+
+    [[nodiscard]] bool hasScreen() const { return video_.ok(); }
+
+    /// False, with SDL's reason, where the screen gives no window that can be painted.
+    bool open(const std::string& title) {
+        SDL_StopTextInput();
+        SDL_Rect room{0, 0, panel_.w, panel_.h};
+        SDL_GetDisplayUsableBounds(0, &room);
+        const Size inner = {std::max(room.w - kFrameRoom.w, 1), std::max(room.h - kFrameRoom.h, 1)};
+        const Size size = WindowView::fit(panel_, inner);
+        window_.reset(SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.w, size.h,
+                                       SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
+        if (!window_) return false;
+        setIcon(window_.get());
+        SDL_SetWindowMinimumSize(window_.get(), kSmallestWindow.w, kSmallestWindow.h);
+        const SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
+        if (surface == nullptr) return false;
+        shrinkToPixels(*surface, size, inner);
+        // The empty panel stands there while the rest starts.
+        flush();
+        return true;
+    }
+
+    void present(const Framebuffer& shown, Rect area) override {
+        shown_ = &shown;
+        // Whoever refreshes without ever waiting must not fill the memory.
+        constexpr std::size_t kMostAreas = 32;
+        const bool full = dirty_.size() >= kMostAreas;
+        const auto meets = [&area, full](Rect other) { return full || !other.intersected(area).empty(); };
+        const auto known = std::find_if(dirty_.begin(), dirty_.end(), meets);
+        if (known != dirty_.end()) {
+            *known = known->united(area);
+        } else {
+            dirty_.push_back(area);
+        }
+    }
+
+    void flush() override {
+        if (uncovered_) {
+            // Uncovering and resizing tell many times what one painting answers.
+            SDL_PumpEvents();
+            SDL_FlushEvent(SDL_WINDOWEVENT);
+        }
+        SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
+        if (surface == nullptr) return;
+        if (Size{surface->w, surface->h} != view_.window()) layOut({surface->w, surface->h});
+        if (uncovered_) {
+            fillBorder(*surface);
+            dirty_.assign(1, Rect{0, 0, panel_.w, panel_.h});
+        }
+        if (dirty_.empty()) return;
+        changed_.clear();
+        for (const Rect& area : dirty_) changed_.push_back(sdlRect(paint(*surface, area)));
+        dirty_.clear();
+        if (uncovered_) changed_.assign(1, SDL_Rect{0, 0, surface->w, surface->h});
+        uncovered_ =
+            SDL_UpdateWindowSurfaceRects(window_.get(), changed_.data(), static_cast<int>(changed_.size())) != 0;
+    }
+
+    std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override {
+        using Clock = std::chrono::steady_clock;
+        const Clock::time_point begin = Clock::now();
+        for (;;) {
+            flush();
+            SDL_Event event;
+            if (!timeout) {
+                if (SDL_WaitEvent(&event) == 0) return std::nullopt;
+            } else {
+                const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+                const auto left = std::clamp<std::int64_t>((*timeout - passed).count(), 0, SDL_MAX_SINT32);
+                if (SDL_WaitEventTimeout(&event, static_cast<int>(left)) == 0) return std::nullopt;
+            }
+            if (event.type == wakeEvent_) return std::nullopt;
+            if (event.type == SDL_WINDOWEVENT) noteWindow(event.window);
+            if (std::optional<Input> input = input_.translate(event, view_, windowSize(window_.get()))) return input;
+        }
+    }
+
+    void wake() override {
+        SDL_Event event{};
+        event.type = wakeEvent_;
+        SDL_PushEvent(&event);
+    }
+
+    void setTextInput(bool on, Rect near) override {
+        input_.setTyping(on);
+        if (!on) {
+            SDL_StopTextInput();
+            return;
+        }
+        const Rect place = view_.toWindow(near.intersected({0, 0, panel_.w, panel_.h}));
+        const Size points = windowSize(window_.get());
+        const SDL_Rect spot{place.x * points.w / view_.window().w, place.y * points.h / view_.window().h,
+                            place.w * points.w / view_.window().w, place.h * points.h / view_.window().h};
+        SDL_SetTextInputRect(&spot);
+        SDL_StartTextInput();
+    }
+
+private:
+    // On a screen whose points are several pixels the window came out that much larger than the panel.
+    void shrinkToPixels(const SDL_Surface& surface, Size points, Size room) {
+        if (surface.w <= points.w) return;
+        const auto inPoints = [&](int pixels) { return std::max(1, pixels * points.w / surface.w); };
+        const Size size = WindowView::fit({inPoints(panel_.w), inPoints(panel_.h)}, room);
+        SDL_SetWindowSize(window_.get(), size.w, size.h);
+        SDL_SetWindowPosition(window_.get(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED);
+    }
+
+    void layOut(Size window) {
+        view_ = WindowView(panel_, window);
+        scaler_ = AreaScaler(panel_, view_.picture().size());
+        staging_.reset();
+        uncovered_ = true;
+    }
+
+    void noteWindow(const SDL_WindowEvent& event) {
+        if (event.event == SDL_WINDOWEVENT_EXPOSED || event.event == SDL_WINDOWEVENT_SIZE_CHANGED) uncovered_ = true;
+    }
+
+    void fillBorder(SDL_Surface& surface) const {
+        const Rect picture = view_.picture();
+        const int right = picture.x + picture.w;
+        const int bottom = picture.y + picture.h;
+        const std::array<SDL_Rect, 4> strips = {{{0, 0, surface.w, picture.y},
+                                                 {0, bottom, surface.w, surface.h - bottom},
+                                                 {0, picture.y, picture.x, picture.h},
+                                                 {right, picture.y, surface.w - right, picture.h}}};
+        SDL_FillRects(&surface, strips.data(), static_cast<int>(strips.size()),
+                      SDL_MapRGB(surface.format, kBorderGrey, kBorderGrey, kBorderGrey));
+    }
+
+    // Returns the pixels of the window that it has painted.
+    Rect paint(SDL_Surface& surface, Rect area) {
+        const Rect place = view_.toWindow(area);
+        SDL_Rect target = sdlRect(place);
+        if (shown_ == nullptr) {
+            SDL_FillRect(&surface, &target, SDL_MapRGB(surface.format, 0xFF, 0xFF, 0xFF));
+            return place;
+        }
+        if (takesRows(surface)) {
+            scaleInto(surface, place);
+            return place;
+        }
+        if (!staging_)
+            staging_.reset(SDL_CreateRGBSurfaceWithFormat(0, surface.w, surface.h, 32, SDL_PIXELFORMAT_RGB888));
+        if (!staging_) return {};
+        scaleInto(*staging_, place);
+        SDL_BlitSurface(staging_.get(), &target, &surface, &target);
+        return place;
+    }
+
+    void scaleInto(SDL_Surface& surface, Rect place) {
+        const std::size_t pitch = static_cast<std::size_t>(surface.pitch);
+        std::uint8_t* first = static_cast<std::uint8_t*>(surface.pixels) + static_cast<std::size_t>(place.y) * pitch +
+                              static_cast<std::size_t>(place.x) * sizeof(std::uint32_t);
+        const Rect picture = view_.picture();
+        scaler_.scale(*shown_, {place.x - picture.x, place.y - picture.y, place.w, place.h}, {first, pitch});
+    }
+
+    Video video_;
+    Window window_;
+    Size panel_;
+    WindowView view_;
+    AreaScaler scaler_;
+    WindowInput input_;
+    SurfacePtr staging_;  ///< for screens of another pixel format
+    Uint32 wakeEvent_;
+    const Framebuffer* shown_ = nullptr;
+    std::vector<Rect> dirty_;  ///< of the panel, not yet in the window
+    std::vector<SDL_Rect> changed_;
+    bool uncovered_ = true;
+};
+
+void setHints() {
+    // No console: a machine without a window system is better served by the browser.
+    SDL_SetHint(SDL_HINT_VIDEODRIVER, "x11,wayland");
+    // The loop ends the program in order on a signal.
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    // A finger is a finger and a mouse a mouse; neither arrives a second time as the other.
+    SDL_SetHint(SDL_HINT_TOUCH_MOUSE_EVENTS, "0");
+    SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");
+    // An input method shows what is being composed in its own window.
+    SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+    SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
+}
+
+}  // namespace
+
+std::unique_ptr<Display> openWindow(Size panel, PixelFormat /*format*/, const std::string& title, std::string& error) {
+    setHints();
+    // By default the window's surface is a texture, which without a GPU is drawn in software, whole, for every
+    // refresh: a hundred times the cost. Some window systems offer nothing else.
+    for (const char* acceleration : {"0", "1"}) {
+        SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, acceleration);
+        auto window = std::make_unique<WindowDisplay>(panel);
+        if (window->hasScreen() && window->open(title)) return window;
+        error = SDL_GetError();
+        if (!window->hasScreen()) break;
+    }
+    return nullptr;
+}
+
+}  // namespace host
