@@ -75,6 +75,39 @@ TEST(ModalsOnTheLoop, OtherEventsAreDrawnBelowThem) {
     EXPECT_EQ(world.shown(60, 60), 0x40);
 }
 
+TEST(ModalsOnTheLoop, ATimerDrawsBelowThem) {
+    struct End final : Player {
+        [[nodiscard]] Instant resumeAt() const override { return Instant{50}; }
+        void play() override { World::current->loop.stop(0); }
+    } end;
+    World world;
+    world.start();
+    world.openModal(kBox);
+    world.loop.timers().set(
+        "draw",
+        [] {
+            World::current->screen.fill({0, 0, 300, 200}, 0x404040);
+        },
+        Instant{50});
+    world.loop.run(&end);
+    EXPECT_EQ(world.drawn(60, 60), 0) << "the modal covers it";
+    world.loop.command([](Modal& modal) { return modal.cancel(), true; });
+    EXPECT_EQ(world.shown(60, 60), 0x40) << "and has not lost it";
+}
+
+TEST(Calls, WaitForTheOneInProgress) {
+    World world;
+    world.start();
+    bool inside = false;
+    world.on[30] = [&] {
+        inside = true;
+        world.loop.enter({"open", [&] { EXPECT_FALSE(inside); }});
+        inside = false;
+    };
+    world.loop.event(30, 1, 2);
+    EXPECT_EQ(world.traced(), "> event 30 1 2\n< 7\n> open\n<\n");
+}
+
 TEST(Pointer, IsClampedAndNumberedOncePerSample) {
     World world;
     world.start();
@@ -153,6 +186,16 @@ TEST(RealTimeLoop, ASignalEndsItBeforeAndWhileItWaits) {
         EXPECT_EQ(waiting.loop.run(nullptr), 0);
         sender.join();
     }
+}
+
+TEST(Closing, EndsAlsoWhereEachModalOpensTheNext) {
+    World world;
+    world.start();
+    world.cancelCallsBack = true;
+    const std::function<void()> again = [&] { world.openModal(kBox, {"dialog 1", again}); };
+    again();
+    world.loop.input({.kind = Input::Kind::Close});
+    EXPECT_EQ(world.loop.run(nullptr), 0);
 }
 
 /// Who closes the window in the middle of a picture must not lose it.

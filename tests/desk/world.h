@@ -14,11 +14,12 @@
 
 namespace host::test {
 
-/// A black rectangle that closes on a pointer-up and tells what reached it.
+/// A black rectangle that closes on a pointer-up, calls back also when cancelled if it is to, and tells what reached
+/// it.
 class BlackModal final : public Modal {
 public:
-    BlackModal(Screen& screen, Rect area, Callback callback, std::string& told)
-        : screen_(screen), area_(area), callback_(std::move(callback)), told_(told) {}
+    BlackModal(Screen& screen, Rect area, Callback callback, bool callsOnCancel, std::string& told)
+        : screen_(screen), area_(area), callback_(std::move(callback)), callsOnCancel_(callsOnCancel), told_(told) {}
 
     [[nodiscard]] Rect area() const override { return area_; }
     void paint() override { screen_.fill(area_, kBlack); }
@@ -27,12 +28,16 @@ public:
         if (type == 29) close(std::move(callback_));
     }
     [[nodiscard]] std::optional<Rect> textPlace() const override { return area_; }
-    void cancel() override { close(std::nullopt); }
+    void cancel() override {
+        if (callsOnCancel_) return close(callback_);
+        close(std::nullopt);
+    }
 
 private:
     Screen& screen_;
     Rect area_;
     Callback callback_;
+    bool callsOnCancel_;
     std::string& told_;
 };
 
@@ -67,7 +72,7 @@ public:
     [[nodiscard]] std::string traced() const { return readAll().substr(skipped); }
 
     void openModal(Rect area, Callback callback = {"dialog 1", [] {}}) {
-        modals.open(std::make_unique<BlackModal>(screen, area, std::move(callback), toldModal));
+        modals.open(std::make_unique<BlackModal>(screen, area, std::move(callback), cancelCallsBack, toldModal));
     }
     [[nodiscard]] Rgb shown(int x, int y) const { return *panel.shown().at(x, y); }
     [[nodiscard]] Rgb drawn(int x, int y) const { return *screen.pixels().at(x, y); }
@@ -76,6 +81,7 @@ public:
     std::map<int, std::function<void()>> on;
     std::string toldHome;
     std::string toldModal;
+    bool cancelCallsBack = false;  ///< of the next modals
 
     Clock clock{1'700'000'000};
     RecordingDisplay display;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/host/record/json.h"
 #include "platform/host/touch/pointer_event.h"
 
 namespace host {
@@ -21,21 +22,26 @@ bool isPointer(int type) {
     return type == kPointerUp || type == kPointerDown || type == kPointerMove || type == kPointerReport;
 }
 
-/// Keeps the open modals off the screen while the application draws below them.
-class BelowModals {
+}  // namespace
+
+/// One call into the application. Open modals are off the screen meanwhile, so that it draws below them; what it sets
+/// off (a new handler's repaint, a modal, another call) waits until it has returned.
+class Loop::Visit {
 public:
-    explicit BelowModals(Modals& modals) : modals_(modals) {
-        if (modals_.top() != nullptr) modals_.lift();
+    explicit Visit(Loop& loop) : loop_(loop) {
+        loop_.visiting_ = true;
+        if (loop_.modals_.top() != nullptr) loop_.modals_.lift();
     }
-    ~BelowModals() { modals_.lower(); }
-    BelowModals(const BelowModals&) = delete;
-    BelowModals& operator=(const BelowModals&) = delete;
+    ~Visit() {
+        loop_.modals_.lower();
+        loop_.visiting_ = false;
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
 
 private:
-    Modals& modals_;
+    Loop& loop_;
 };
-
-}  // namespace
 
 Loop::Loop(Size screen, Point wayBack, Clock& clock, Display& display, Panel& panel, Modals& modals, Trace& trace)
     : screen_(screen),
@@ -60,13 +66,8 @@ void Loop::setHome(event_handler_t handler) {
     setHandler(handler);
 }
 
-void Loop::enter(const Callback& callback) {
-    {
-        const BelowModals below(modals_);
-        trace_.enter(callback.entry);
-        callback.run();
-        trace_.leave();
-    }
+void Loop::enter(Callback callback) {
+    entries_.push_back(std::move(callback));
     settle();
 }
 
@@ -146,12 +147,13 @@ void Loop::act(Player* player) {
     if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
 }
 
-// A modal is cancelled, a press in progress is dropped, and an open popup takes the first tap; a program that is still
-// there after a few has no way back.
+// Modals are cancelled, a press in progress is dropped, and an open popup takes the first tap; a program that is still
+// there after a few of each has no way back.
 void Loop::leadHome() {
     constexpr int kMostTaps = 4;
+    constexpr int kMostModals = 8;
     for (int taps = 0; taps < kMostTaps && !atHome() && handler_ != nullptr; ++taps) {
-        while (command([](Modal& modal) { return modal.cancel(), true; })) {
+        for (int i = 0; i < kMostModals && command([](Modal& modal) { return modal.cancel(), true; }); ++i) {
         }
         event(kPointerDown, wayBack_.x, wayBack_.y);
         event(kPointerUp, wayBack_.x, wayBack_.y);
@@ -166,11 +168,18 @@ void Loop::stop(int status) {
 
 void Loop::deliver(int type, int par1, int par2) {
     if (handler_ == nullptr) return;
-    const BelowModals below(modals_);
+    const Visit visit(*this);
     const bool traced = !atHome();
     if (traced) trace_.enter("event", type, par1, par2);
     const int result = handler_(type, par1, par2);
     if (traced) trace_.leave(result);
+}
+
+void Loop::call(const Callback& callback) {
+    const Visit visit(*this);
+    trace_.enter(callback.entry);
+    callback.run();
+    trace_.leave();
 }
 
 void Loop::fireTimers(Instant now) {
@@ -185,13 +194,10 @@ void Loop::fireTimers(Instant now) {
 void Loop::fire(const DueTimer& timer) {
     // A real clock's lost time stays lost: catching up after a suspend would be a storm of timers.
     if (clock_.isVirtual()) firing_ = timer.due;
-    trace_.enter("timer", timer.name);
-    if (timer.plain != nullptr) {
-        timer.plain();
-    } else {
-        timer.withContext(timer.context);
-    }
-    trace_.leave();
+    call({"timer " + jsonQuoted(timer.name), [&timer] {
+              if (timer.plain != nullptr) return timer.plain();
+              timer.withContext(timer.context);
+          }});
     firing_.reset();
     settle();
 }
@@ -206,19 +212,24 @@ void Loop::repeatPress(Instant now) {
 }
 
 void Loop::settle() {
-    // What a callback changes is taken up by the settling in progress.
-    if (settling_) return;
-    settling_ = true;
-    for (;;) {
-        if (std::exchange(repaintDue_, false)) {
-            deliver(kRepaint, 0, 0);
-            continue;
-        }
-        const std::optional<Callback> callback = modals_.takeClosed();
-        if (!callback) break;
-        enter(*callback);
+    if (visiting_) return;
+    while (settleOne()) {
     }
-    settling_ = false;
+}
+
+bool Loop::settleOne() {
+    if (!entries_.empty()) {
+        const Callback entry = std::move(entries_.front());
+        entries_.pop_front();
+        call(entry);
+    } else if (std::exchange(repaintDue_, false)) {
+        deliver(kRepaint, 0, 0);
+    } else if (const std::optional<Callback> callback = modals_.takeClosed()) {
+        call(*callback);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 std::optional<Instant> Loop::nextInstant(const Player* player) const {

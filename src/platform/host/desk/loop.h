@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <optional>
 
@@ -26,9 +27,15 @@ public:
 };
 
 /// The one event loop: brings input, timers, script and panel steps into one order, numbers the events, and is
-/// the only place from which the application is called. At one instant the panel's steps come first, then the timers
-/// in order, then the script. A signal that asks the program to end stops it with status 0, also one that came
-/// before run. Owned by the Toolkit.
+/// the only place from which the application is called. Owned by the Toolkit.
+///
+///     wait      the display waits for input until something is due
+///     act       what is due at one instant: the panel's steps, the timers in order, a held key, the script
+///     call      of each of these at most one call into the application: an event, a timer, the explorer's wish
+///     settle    what that call has set off, one after the other until nothing is left: the explorer's wishes, event 23
+///               to a new handler, the callbacks of modals that have closed
+///
+/// A signal that asks the program to end stops it with status 0, also one that came before run.
 class Loop {
 public:
     /// `wayBack` lies on the device's place for "back", the top left corner: every program has its way out there.
@@ -52,11 +59,11 @@ public:
 
     // What comes from outside.
 
-    /// A call into the application from the explorer or a modal, with the repaint and modal closing that follow.
-    void enter(const Callback& callback);
+    /// A call into the application from the explorer, once the one in progress has returned.
+    void enter(Callback callback);
     /// One toolkit event, exactly so: pointer events go to the open modal, all others to the handler.
     void event(int type, int par1, int par2);
-    /// Has the event 23 and the callbacks of closed modals that are still due delivered.
+    /// Carries out what calls into the application have set off.
     void settle();
     /// Lets the open modal do something, then closes it if it is done. False when none is open or `action` says that
     /// it makes no sense for this one.
@@ -73,8 +80,13 @@ public:
     [[nodiscard]] bool stopped() const { return stopped_ || interrupted_; }
 
 private:
+    class Visit;
+
     void pointer(Input::Kind kind, Point at);
     void deliver(int type, int par1, int par2);
+    void call(const Callback& callback);
+    /// False when nothing is left to settle.
+    bool settleOne();
     void fireTimers(Instant now);
     void repeatPress(Instant now);
     void fire(const DueTimer& timer);
@@ -95,7 +107,8 @@ private:
     event_handler_t handler_ = nullptr;
     event_handler_t home_ = nullptr;
     bool repaintDue_ = false;
-    bool settling_ = false;
+    std::deque<Callback> entries_;
+    bool visiting_ = false;  ///< the application is running
     std::optional<Instant> firing_;
     bool pressed_ = false;
     Instant lastReport_{};
