@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 namespace host {
 
@@ -50,28 +51,36 @@ bool same(const std::uint8_t* a, const std::uint8_t* b) {
 
 }  // namespace
 
-/// How far a flight has come. The flash drives every pixel to black, then to white, then to the picture.
+/// How far a flight has come, as a mixture of two pictures:
+///
+///     elapsed    0 ......... 1/3 ......... 2/3 ......... 1
+///     Full       previous -> black -> white -> new            the flash
+///     Regular    previous ----------------------> new
+///     Fast       previous ----------------------> new in black and white, less the ghost of the previous
 struct Waveforms::Phase {
-    const std::uint8_t* from;  ///< a pixel that takes the place of the previous picture, or null
-    const std::uint8_t* to;    ///< a pixel that takes the place of the new picture, or null
-    unsigned weight;           ///< of kWhole
+    const std::uint8_t* from = nullptr;  ///< a pixel that takes the place of the previous picture, or null
+    const std::uint8_t* to = nullptr;    ///< a pixel that takes the place of the new picture, or null
+    unsigned weight = 0;                 ///< of `to`, in parts of kWhole
     bool done;
 
     Phase(Waveform waveform, Scan elapsed, Scan whole);
 };
 
-Waveforms::Phase::Phase(Waveform waveform, Scan elapsed, Scan whole)
-    : from(nullptr), to(nullptr), weight(static_cast<unsigned>(elapsed * kWhole / whole)), done(elapsed == whole) {
+Waveforms::Phase::Phase(Waveform waveform, Scan elapsed, Scan whole) : done(elapsed == whole) {
+    const auto part = static_cast<unsigned>(elapsed * kWhole / whole);
     if (waveform != Waveform::Full) {
-        weight = weight * (kWhole - timing(waveform).ghost) / kWhole;
+        weight = part * (kWhole - timing(waveform).ghost) / kWhole;
         return;
     }
-    const unsigned third = std::min(weight * 3 / kWhole, 2U);
-    weight = weight * 3 - third * kWhole;
-    if (third == 0) to = kBlackPixel.data();
-    if (third == 1) from = kBlackPixel.data();
-    if (third == 1) to = kWhitePixel.data();
-    if (third == 2) from = kWhitePixel.data();
+    static constexpr struct {
+        const std::uint8_t* from;
+        const std::uint8_t* to;
+    } kThirds[] = {
+        {nullptr, kBlackPixel.data()}, {kBlackPixel.data(), kWhitePixel.data()}, {kWhitePixel.data(), nullptr}};
+    const unsigned third = std::min(part * 3 / kWhole, 2U);
+    from = kThirds[third].from;
+    to = kThirds[third].to;
+    weight = part * 3 - third * kWhole;
 }
 
 /// Grows around pixels that are added in the order of rows.
@@ -114,16 +123,19 @@ std::optional<Instant> Waveforms::nextStep() const {
     return instantOf(*next);
 }
 
+std::optional<Waveforms::Scan> Waveforms::firstEnd(Scan reached) const {
+    std::optional<Scan> end;
+    for (const Flight& flight : flights_) {
+        if (flight.active && flight.end <= reached) end = end ? std::min(*end, flight.end) : flight.end;
+    }
+    return end;
+}
+
 const std::vector<Rect>& Waveforms::advance(Instant now) {
     changed_.clear();
     const Scan reached = scanReached(now);
     // What waited begins where its forerunner ended, however late this call comes.
-    for (;;) {
-        std::optional<Scan> end;
-        for (const Flight& flight : flights_) {
-            if (flight.active && flight.end <= reached) end = end ? std::min(*end, flight.end) : flight.end;
-        }
-        if (!end) break;
+    while (const std::optional<Scan> end = firstEnd(reached)) {
         finish(*end);
         startWaiting(*end);
     }
@@ -145,9 +157,7 @@ void Waveforms::finish(Scan scan) {
 }
 
 void Waveforms::startWaiting(Scan scan) {
-    std::vector<Request> waiting;
-    waiting.swap(waiting_);
-    for (const Request& request : waiting) start(absorbWaiting(request), scan);
+    for (const Request& request : std::exchange(waiting_, {})) start(absorbWaiting(request), scan);
 }
 
 // Waiting requests that meet become one, so there are never more of them than fit on the screen side by side.

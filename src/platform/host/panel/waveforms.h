@@ -16,6 +16,14 @@ namespace host {
 /// flight drives the pixels it has to change, many refreshes run at once, and a pixel that is driven already waits
 /// for the end of its refresh; what waits merges. Memory is fixed, however many refreshes are asked for. Owned by
 /// the Panel, whose picture it borrows.
+///
+/// Each pixel stands in five pictures:
+///
+///     from ------- shown ------> to        goal              owner
+///     when its     what is       where     what was asked    the flight that
+///     flight began seen now      it leads  for last          drives it, or none
+///
+/// It is at rest when `to` is its goal and nobody owns it; when somebody does and the goal is another, it waits.
 class Waveforms {
 public:
     /// `shown` is white.
@@ -63,6 +71,8 @@ private:
     template <int kChannels>
     void startRow(const Request& request, int y, std::uint8_t slot, Extent& started, Extent& blocked);
     void startWaiting(Scan scan);
+    /// When the first of the flights ends that have come to their end by then.
+    [[nodiscard]] std::optional<Scan> firstEnd(Scan reached) const;
     void finish(Scan scan);
     void drive(std::uint8_t slot, Scan scan);
     template <int kChannels>
@@ -75,10 +85,10 @@ private:
     std::vector<Rect> changed_;
 
     Framebuffer& shown_;
-    Framebuffer from_;   ///< what a pixel in flight showed when its flight began
-    Framebuffer to_;     ///< where a pixel has been, or is being, driven
-    Framebuffer goal_;   ///< what was asked for last; differs from `to_` only while it waits
-    Framebuffer owner_;  ///< the slot of the flight that drives a pixel, or kFree
+    Framebuffer from_;
+    Framebuffer to_;
+    Framebuffer goal_;
+    Framebuffer owner_;  ///< a slot of `flights_`, or kFree
 };
 
 }  // namespace host
