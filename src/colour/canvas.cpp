@@ -92,16 +92,16 @@ void Canvas::Draw() {
 void Canvas::Update() const { PartialUpdate(rect_.x, rect_.y, rect_.w, rect_.h); }
 
 int Canvas::Handler(int type, int x, int y) {
+    const int right = rect_.x + rect_.w;
+    const int bottom = rect_.y + rect_.h;
     const bool strokes = isPen(tool_) || tool_ == Command::Eraser;
     const bool sample =
         type == EventType::PointerUp || type == EventType::PointerMove || type == EventType::PointerReport;
     if (tool_ == Command::Text && sample && text_editor_.IsExtraActive()) {
         // A drag of the text frame that leaves the canvas goes on at its border.
-        x = std::clamp(x, rect_.x, rect_.x + rect_.w - 1);
-        y = std::clamp(y, rect_.y, rect_.y + rect_.h - 1);
+        x = std::clamp(x, rect_.x, right - 1);
+        y = std::clamp(y, rect_.y, bottom - 1);
     }
-    const int right = rect_.x + rect_.w;
-    const int bottom = rect_.y + rect_.h;
     if (x < rect_.x || x >= right || y < rect_.y || y >= bottom) {
         if (!strokes || !drawing_ || type != EventType::PointerUp) return 0;
         // The finger lifts beyond the page: the stroke ends at the page's edge.
