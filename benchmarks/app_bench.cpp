@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "colour/blank_page.h"
 #include "colour/codes.h"
 #include "colour/controller.h"
 #include "paired.h"
@@ -124,7 +123,7 @@ void BlankTest(benchmark::State& state) {
     const host::BitmapPtr page = host::makeBitmap(kCanvas.w, kCanvas.h, 24);
     std::memset(bitmap_pixels(page.get()), 0xFF, kPageBytes);
     comparePairs(
-        state, [&] { benchmark::DoNotOptimize(isBlank(*page)); },
+        state, [&] { benchmark::DoNotOptimize(Canvas::isBlank(*page)); },
         [&] {
             std::uint64_t sum = 0;
             const std::uint8_t* bytes = bitmap_pixels(page.get());
@@ -160,7 +159,7 @@ void UndoRedo(benchmark::State& state) {
 BENCHMARK(UndoRedo)->Iterations(200);
 
 /// The palette opened and closed again without a choice, against memcpy of the screen.
-void Palette(benchmark::State& state) {
+void OpenPalette(benchmark::State& state) {
     startProgram();
     std::vector<std::uint8_t> from(kScreenBytes, 0xFF);
     std::vector<std::uint8_t> to(kScreenBytes);
@@ -175,7 +174,7 @@ void Palette(benchmark::State& state) {
             benchmark::ClobberMemory();
         });
 }
-BENCHMARK(Palette)->Iterations(200);
+BENCHMARK(OpenPalette)->Name("Palette")->Iterations(200);
 
 /// One report while a shown box of 200 characters is moved, against memcpy of the page and Pango's own layout and
 /// rendering of the text.

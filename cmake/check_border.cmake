@@ -7,10 +7,10 @@ cmake_minimum_required(VERSION 3.25)
 set(table
   "colour: platform"
   "platform:"
-  "host/base: libraries"
+  "host/base: frame_codes.h libraries"
   "host/options: base libraries"
   "host/record: base bitmap.h libraries"
-  "host/screen: base bitmap.h splines.h libraries"
+  "host/screen: base bitmap.h frame_codes.h splines.h libraries"
   "host/files: base screen bitmap.h libraries"
   "host/panel: base screen libraries"
   "host/window: base screen panel libraries"

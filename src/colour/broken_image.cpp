@@ -7,8 +7,9 @@
 
 namespace colour {
 
-constexpr int kSide = 48;  // pixels
-constexpr int kDepth = 4;  // bits per pixel
+constexpr int kSide = 48;   // pixels
+constexpr int kDepth = 4;   // bits per pixel
+constexpr int kMargin = 7;  // rows
 constexpr int kScanline = kSide * kDepth / 8;
 
 /// A toolkit bitmap record with its pixels.
@@ -22,15 +23,8 @@ static_assert(sizeof(BrokenImage) == 1160, "the header and 48 rows of 24 bytes, 
 /// The sixteen greys, from black to white.
 constexpr std::string_view kGreys = "@%#W8B0Xok*=+:. ";
 
-/// A torn photograph: the sun over two mountains.
+/// A torn photograph: the sun over two mountains. The rows above and below it are white.
 constexpr std::string_view kPicture =
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
     "    :0W##################X    *##########W0:    "
     "   :W###################W:    8############W:   "
     "   0####################o    *##############0   "
@@ -64,22 +58,17 @@ constexpr std::string_view kPicture =
     "   W##BBBBBBBBBBBBBB*    kBXooooooooooooo0##W   "
     "   0###############W.   .W##################0   "
     "   :W##############X    o##################W:   "
-    "    :0W############+   .W################W0:    "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                "
-    "                                                ";
-static_assert(kPicture.size() == std::size_t{kSide} * kSide && kPicture.find_first_not_of(kGreys) == kPicture.npos);
+    "    :0W############+   .W################W0:    ";
+static_assert(kPicture.size() == std::size_t{kSide - 2 * kMargin} * kSide &&
+              kPicture.find_first_not_of(kGreys) == kPicture.npos);
 
 constexpr BrokenImage pack() {
     BrokenImage image{{kSide, kSide, kDepth, kScanline}, {}};
-    for (std::size_t i = 0; i < kPicture.size(); ++i) {
-        const std::size_t grey = kGreys.find(kPicture[i]);
-        const std::size_t shift = i % 2 == 0 ? 4 : 0;  // the left pixel in the high bits
-        image.pixels[i / 2] |= static_cast<std::uint8_t>(grey << shift);
+    image.pixels.fill(0xFF);
+    for (std::size_t i = 0; i < kPicture.size(); i += 2) {
+        // The left pixel in the high bits.
+        const std::size_t greys = kGreys.find(kPicture[i]) << 4 | kGreys.find(kPicture[i + 1]);
+        image.pixels[std::size_t{kMargin} * kScanline + i / 2] = static_cast<std::uint8_t>(greys);
     }
     return image;
 }

@@ -1,9 +1,16 @@
 #include "colour/button.h"
 
 #include "colour/codes.h"
-#include "colour/theme_picture.h"
 
-Button* Button::Create(const std::string& name, const std::string& focused_name, int command, irect_s rect) {
+SmartBitmap themePicture(const std::string& name) {
+    const SmartBitmap fallback("broken_image", false);
+    SmartBitmap picture;
+    picture.LoadFromTheme(name, fallback);
+    return picture;
+}
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a button is made once; the signature is fixed.
+Button* Button::Create(std::string name, std::string focused_name, int command, irect_s rect) {
     SmartBitmap image = themePicture(name);
     SmartBitmap focused_image = themePicture(focused_name);
     auto* button = new Button;

@@ -5,6 +5,9 @@
 #include "platform/smart_bitmap.h"
 #include "platform/vistrel.h"
 
+/// The theme's picture of that name; the "broken_image" picture where the theme has none.
+SmartBitmap themePicture(const std::string& name);
+
 /// A touch button with a normal and a focused look. Follows one press from pointer-down to pointer-up and tells
 /// its owner of a click. The focused look is the feedback of a press and, forced, the mark of a current choice.
 /// Paints only; the owner refreshes.
@@ -12,9 +15,8 @@ class Button {
 public:
     Button() = default;
 
-    /// A new button with two theme pictures; a missing one becomes the "broken_image" picture. Owned by the caller,
-    /// who keeps it for the life of the process.
-    static Button* Create(const std::string& name, const std::string& focused_name, int command, irect_s rect);
+    /// A new button with two theme pictures. Owned by the caller, who keeps it for the life of the process.
+    static Button* Create(std::string name, std::string focused_name, int command, irect_s rect);
 
     void SetPosition(irect_s rect) { rect_ = rect; }
     [[nodiscard]] irect_s GetRect() const { return rect_; }

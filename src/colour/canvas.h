@@ -39,6 +39,9 @@ public:
     /// Writes what the canvas shows to the picture's path, or removes that file when the page is white. The
     /// user goes on in any case: a failure is not told here.
     void SaveImage();
+    /// True when every pixel is white: the first width × depth / 8 bytes of each row are 0xFF. So is a bitmap without
+    /// rows.
+    static bool isBlank(const bitmap_s& bitmap);
 
     /// 0, or with the text tool what the text editor answers.
     int Handler(int type, int x, int y);
@@ -61,18 +64,15 @@ public:
 private:
     friend class lumora::colour::Controller;
 
-    using SplinePair = std::pair<lumora::graphics::CubicSpline, lumora::graphics::CubicSpline>;
-
-    [[nodiscard]] bool contains(int x, int y) const;
-    int forward(int type, int x, int y);
-    [[nodiscard]] bool strokeEndsOutside(int type) const;
     int penHandler(int type, int x, int y);
     void startStroke(int x, int y);
+    void refreshMove();
     void finishStroke();
     void trail(int x, int y, bool final);
     void erase(int x, int y);
     void drawSegment(int i);
-    [[nodiscard]] SplinePair getSpline(int i, int k) const;
+    /// The x and y pieces from point `i` to the next, shaped by `k` points (1 to 5) on either side.
+    [[nodiscard]] std::pair<lumora::graphics::CubicSpline, lumora::graphics::CubicSpline> getSpline(int i, int k) const;
     void extendDirty(int left, int top, int right, int bottom);
     void paintChanges();
     static void update_timer_callback(void* canvas);
@@ -80,10 +80,8 @@ private:
 
     void snapshot();
     void dropHistory();
-    void showPage();
+    void showPage(const SmartBitmap& page);
 
-    /// Milliseconds between two keep-alive ticks.
-    static constexpr int kKeepAliveTick = 500;
     /// Seconds of keep-alive after a pointer-down.
     static int keepalive_time_;
     /// Ticks left.

@@ -6,8 +6,7 @@
 /// one taken without a choice, and otherwise the chosen command.
 
 /// Event types of the toolkit. For pointer events par1 is x and par2 is y, in screen pixels.
-namespace EventType {
-enum : int {
+enum EventType : int {
     Claim = 21,
     Redraw = 23,
     PointerUp = 29,
@@ -22,11 +21,9 @@ enum : int {
     Routed45 = 45,
     Routed46 = 46,
 };
-}  // namespace EventType
 
 /// Commands of buttons. The pens, the eraser and the text tool are the tool codes as well.
-namespace Command {
-enum : int {
+enum Command : int {
     Back = 2,
     Pen1 = 11,
     Pen2 = 12,
@@ -41,7 +38,6 @@ enum : int {
     Delete = 1000,
     Palette = 10000,
 };
-}  // namespace Command
 
 /// A pen's code is this plus its thickness, 1 to 5.
 inline constexpr int kPenCommandBase = 10;
@@ -49,14 +45,6 @@ inline constexpr int kPenCommandBase = 10;
 /// Marks a palette result, so that black is never 0.
 inline constexpr int kPaletteColorFlag = 0x01000000;
 inline constexpr int kColorMask = 0x00FFFFFF;
-
-/// What the toolkit's frames are made of: bits of sides and corners, and codes for its own lines and corner.
-inline constexpr int kAllSides = 15;
-inline constexpr int kAllCorners = 15;
-inline constexpr int kFilledCorners = 31;
-inline constexpr int kThinLine = -2;
-inline constexpr int kThickLine = -3;
-inline constexpr int kStandardCorner = -100;
 
 inline constexpr int kBlack = 0x000000;
 inline constexpr int kWhite = 0xFFFFFF;

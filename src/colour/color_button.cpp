@@ -5,29 +5,16 @@
 
 namespace {
 
-struct Dot {
-    int radius;
-    /// From the button's left and top edge alike, in pixels.
-    double offset;
-};
-
-Dot placeDot(int type, int width) {
-    if (type == ColorButton::kPaletteEntry) {
-        const int radius = quillo::dp(18);
-        return {radius, (width - 2 * radius) / 2.0};
-    }
-    if (type == ColorButton::kCurrentColor) {
-        // Left of the centre, which leaves room for the arrow.
-        const int radius = quillo::dp(15);
-        return {radius, (width - 2 * radius) / 5.0 * 2.0};
-    }
-    return {1, (width - 2) / 2.0};
+/// Pixels.
+int dotRadius(int type) {
+    if (type == ColorButton::kPaletteEntry) return quillo::dp(18);
+    return type == ColorButton::kCurrentColor ? quillo::dp(15) : 1;
 }
 
 }  // namespace
 
-ColorButton* ColorButton::Create(const std::string& name, const std::string& second_name, int command, irect_s rect,
-                                 int type) {
+// NOLINTNEXTLINE(performance-unnecessary-value-param): a button is made once; the signature is fixed.
+ColorButton* ColorButton::Create(std::string name, std::string second_name, int command, irect_s rect, int type) {
     SmartBitmap image(name, false);
     SmartBitmap second_image(second_name, false);
     auto* button = new ColorButton;
@@ -61,11 +48,13 @@ void ColorButton::Draw() {
 }
 
 void ColorButton::drawDot() const {
-    const auto [radius, offset] = placeDot(type_, rect_.w);
+    const int radius = dotRadius(type_);
+    const int side = 2 * radius;
+    // Centred, but left of the centre where the arrow needs room; as far from the top as from the left.
+    const double offset = type_ == kCurrentColor ? (rect_.w - side) / 5.0 * 2.0 : (rect_.w - side) / 2.0;
     const int left = static_cast<int>(rect_.x + offset);
     const int top = static_cast<int>(rect_.y + offset);
-    const int side = 2 * radius;
-    DrawFrameCertifiedEx(left, top, side, side, radius, kAllSides, kFilledCorners, radius, color_, kWhite);
+    DrawFrameCertifiedEx(left, top, side, side, radius, kAllSides, kAllCorners | kFilled, radius, color_, kWhite);
     if (color_ == kWhite) {
         DrawFrameCertifiedEx(left, top, side, side, 1, kAllSides, kAllCorners, radius, kBlack, kWhite);
     }

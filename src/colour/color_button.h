@@ -18,8 +18,7 @@ public:
     /// A new button. `name` is shown while it is wrapped, `second_name` while it is not; an empty name gives a
     /// white button. A palette entry takes its colour from the command's low 24 bits. Owned by the caller for the life
     /// of the process.
-    static ColorButton* Create(const std::string& name, const std::string& second_name, int command, irect_s rect,
-                               int type);
+    static ColorButton* Create(std::string name, std::string second_name, int command, irect_s rect, int type);
 
     void SetType(int type) { type_ = type; }
     void SetWrapped(bool wrapped) { wrapped_ = wrapped; }

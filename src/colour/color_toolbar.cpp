@@ -13,12 +13,14 @@ using quillo::dp;
 
 namespace {
 
-constexpr std::size_t kRows = 2;
-constexpr std::size_t kColumns = 4;
+constexpr int kRows = 2;
+constexpr int kColumns = 4;
 
-using Palette = std::array<int, kRows * kColumns>;
-constexpr Palette kColors = {0x000000, 0xFF0000, 0x0000FF, 0x00FF00, 0xFF00FF, 0x00FFFF, 0xFFFF00, 0xFFFFFF};
-constexpr Palette kGreys = {0x000000, 0x222222, 0x444444, 0x666666, 0x999999, 0xBBBBBB, 0xDDDDDD, 0xFFFFFF};
+/// The colours, then the greys of a panel without colour.
+constexpr std::array kPalettes = {
+    0x000000, 0xFF0000, 0x0000FF, 0x00FF00, 0xFF00FF, 0x00FFFF, 0xFFFF00, 0xFFFFFF,
+    0x000000, 0x222222, 0x444444, 0x666666, 0x999999, 0xBBBBBB, 0xDDDDDD, 0xFFFFFF,
+};
 
 constexpr int madeEven(int length) { return length + length % 2; }
 
@@ -33,12 +35,11 @@ void ColorToolbar::Init() {
     const int gap = dp(22.4);
     const int left = swatch.x;
 
-    const Palette& palette = device_display_colormask() != 0 ? kColors : kGreys;
-    for (std::size_t row = 0; row < kRows; ++row) {
-        for (std::size_t column = 0; column < kColumns; ++column) {
-            const int color = palette[row * kColumns + column];
+    const int* color = kPalettes.data() + (device_display_colormask() != 0 ? 0 : kRows * kColumns);
+    for (int row = 0; row < kRows; ++row) {
+        for (int column = 0; column < kColumns; ++column) {
             buttons_.push_back(
-                ColorButton::Create("", "", color + kPaletteColorFlag, swatch, ColorButton::kPaletteEntry));
+                ColorButton::Create("", "", *color++ + kPaletteColorFlag, swatch, ColorButton::kPaletteEntry));
             swatch.x += gap + swatch.w;
         }
         swatch.x = left;

@@ -1,7 +1,6 @@
 #include "colour/popup.h"
 
 #include "colour/codes.h"
-#include "colour/theme_picture.h"
 #include "platform/graphics.h"
 
 namespace popup {

@@ -60,7 +60,6 @@ private:
 
     /// Makes `frame_` the rectangle between its corner and the point, of at least the minimum size.
     void checkEditRect(int x, int y);
-    [[nodiscard]] irect_s editRect(int x, int y) const;
     int dragHandler(int type, const irect_s& rect);
     void startFrame(int x, int y);
     void openKeyboard();
@@ -70,7 +69,6 @@ private:
     void drawTextIn(const irect_s& rect) const;
     void commit(State next);
 
-    void openDefaultFont();
     void kbdHandler(char* text);
     void fontHandler(char* font, char* font2, char* font3, char* font4);
 

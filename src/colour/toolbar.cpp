@@ -1,8 +1,8 @@
 #include "colour/toolbar.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 #include "colour/codes.h"
 #include "colour/dp.h"
@@ -43,7 +43,13 @@ Button* createButton(const Entry& entry, const irect_s& place) {
     return ColorButton::Create(entry.name, entry.second_name, entry.command, place, ColorButton::kCurrentColor);
 }
 
-std::string penImageName(int thickness) { return "pen_thickness_" + std::to_string(thickness) + "_arrow"; }
+/// The pen button's pictures for its thickness. `focused_ending` names the one shown while it is focused.
+void showThickness(Button& pen, const std::string& focused_ending) {
+    const std::string name = "pen_thickness_" + std::to_string(pen.GetCommand() - kPenCommandBase) + "_arrow";
+    SmartBitmap image(name, false);
+    SmartBitmap focused_image(name + focused_ending, false);
+    pen.SetImages(image, focused_image);
+}
 
 }  // namespace
 
@@ -73,11 +79,18 @@ void Toolbar::layOutButtons() {
     }
 }
 
+Button* Toolbar::buttonOf(int command) const {
+    for (Button* button : buttons_) {
+        const int own = button->GetCommand();
+        if (own == command || (isPen(own) && isPen(command))) return button;
+    }
+    return nullptr;
+}
+
+ColorButton* Toolbar::colorButton() const { return dynamic_cast<ColorButton*>(buttonOf(Command::Palette)); }
+
 void Toolbar::SetTool(int tool) {
-    const auto found = std::find_if(buttons_.begin(), buttons_.end(), [tool](const Button* button) {
-        return button->GetCommand() == tool || (isPen(tool) && isPen(button->GetCommand()));
-    });
-    if (found != buttons_.end()) tool_button_ = *found;
+    if (Button* button = buttonOf(tool)) tool_button_ = button;
 }
 
 int Toolbar::GetColor() const {
@@ -93,17 +106,15 @@ void Toolbar::SetColor(int color) {
 }
 
 int Toolbar::GetPenThickness() const {
-    const Button* pen = penButton();
+    const Button* pen = buttonOf(Command::Pen1);
     return pen != nullptr ? pen->GetCommand() - kPenCommandBase : 0;
 }
 
 void Toolbar::SetPenThickness(int thickness) {
-    Button* pen = penButton();
+    Button* pen = buttonOf(Command::Pen1);
     if (pen == nullptr) return;
     pen->SetCommand(kPenCommandBase + thickness);
-    SmartBitmap image(penImageName(thickness), false);
-    SmartBitmap focused_image(penImageName(thickness), false);
-    pen->SetImages(image, focused_image);
+    showThickness(*pen, "");
     pen->SetFocusedForce(false);
 }
 
@@ -115,44 +126,25 @@ int Toolbar::Handler(int type, int x, int y) {
 int Toolbar::release(int x, int y) {
     constexpr press::LogPlace kLog = {"src/colour/toolbar", 174, "int Toolbar::Handler(int, int, int)"};
 
-    Button& button = *pressed_;
-    const bool inside = button.Handler(EventType::PointerUp, x, y) != 0;
-    const bool opens_popup = tool_button_ != nullptr && isPen(tool_button_->GetCommand()) && isPen(button.GetCommand());
-    if (inside && opens_popup) button.SetFocusedForce(true);
-    button.Draw();
-    pressed_ = nullptr;
-    if (!inside) {
-        press::refresh(button.GetRect());
-        return 1;
-    }
-    press::log(kLog, button.GetCommand());
-    if (opens_popup) {
-        showPenOpen(button);
-        return button.GetCommand();
-    }
-    return choose(button);
-}
-
-int Toolbar::choose(Button& button) {
+    Button& button = *std::exchange(pressed_, nullptr);
     const int command = button.GetCommand();
-    if (!isTool(command)) {
-        press::refresh(button.GetRect());
+    const bool inside = button.Handler(EventType::PointerUp, x, y) != 0;
+    const bool opens_popup = inside && tool_button_ != nullptr && isPen(tool_button_->GetCommand()) && isPen(command);
+    if (opens_popup) button.SetFocusedForce(true);
+    button.Draw();
+    if (inside) press::log(kLog, command);
+    if (opens_popup) {
+        // Inverted while the thickness popup is open; SetPenThickness puts it back.
+        showThickness(button, "_inv");
+        button.Draw();
+    } else if (inside && isTool(command)) {
+        tool_button_ = &button;
+        Draw();
+        press::refresh(rect_);
         return command;
     }
-    tool_button_ = &button;
-    Draw();
-    press::refresh(rect_);
-    return command;
-}
-
-// The pen button stays inverted while the thickness popup is open; SetPenThickness puts it back.
-void Toolbar::showPenOpen(Button& button) {
-    const std::string name = penImageName(GetPenThickness());
-    SmartBitmap image(name, false);
-    SmartBitmap focused_image(name + "_inv", false);
-    button.SetImages(image, focused_image);
-    button.SetFocusedForce(true);
-    press::repaint(button);
+    press::refresh(button.GetRect());
+    return inside ? command : 1;
 }
 
 void Toolbar::Draw() {
@@ -172,17 +164,5 @@ void Toolbar::drawMarker() const {
     bar.w = marker_width_;
     bar.h = marker_height_;
     // A line as thick as the bar is high fills it; the radius gives it round ends.
-    DrawFrameRectCertifiedEx(bar, marker_height_, kAllSides, kFilledCorners, marker_height_ / 2, kBlack, kWhite);
-}
-
-ColorButton* Toolbar::colorButton() const {
-    const auto found = std::find_if(buttons_.begin(), buttons_.end(),
-                                    [](const Button* button) { return button->GetCommand() == Command::Palette; });
-    return found != buttons_.end() ? dynamic_cast<ColorButton*>(*found) : nullptr;
-}
-
-Button* Toolbar::penButton() const {
-    const auto found = std::find_if(buttons_.begin(), buttons_.end(),
-                                    [](const Button* button) { return isPen(button->GetCommand()); });
-    return found != buttons_.end() ? *found : nullptr;
+    DrawFrameRectCertifiedEx(bar, marker_height_, kAllSides, kAllCorners | kFilled, marker_height_ / 2, kBlack, kWhite);
 }

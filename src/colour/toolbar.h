@@ -32,11 +32,10 @@ public:
 
 private:
     void layOutButtons();
+    /// The first button with that command, any pen code meaning the pen button; null when there is none.
+    [[nodiscard]] Button* buttonOf(int command) const;
     [[nodiscard]] ColorButton* colorButton() const;
-    [[nodiscard]] Button* penButton() const;
     int release(int x, int y);
-    int choose(Button& button);
-    void showPenOpen(Button& button);
     void drawMarker() const;
 
     std::vector<Button*> buttons_;

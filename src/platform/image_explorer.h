@@ -35,7 +35,8 @@ public:
     Controller(int argc, char** argv);
     ~Controller() override;
 
-    /// Runs the event loop until the user leaves. `mode` is 0. `callback` is borrowed and outlives the call.
+    /// Runs the event loop until the user leaves. `mode` is 0. `callback` is borrowed and outlives the call. A session
+    /// script that is wrong ends the process with status 2.
     void Run(int mode, ICallback* callback);
 };
 

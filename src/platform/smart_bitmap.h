@@ -33,7 +33,7 @@ public:
     [[nodiscard]] int width() const { return bitmap_ ? bitmap_->width : 0; }
     [[nodiscard]] int height() const { return bitmap_ ? bitmap_->height : 0; }
 
-    /// The record, owned by this handle and its copies; null when empty.
+    /// The record, owned by this handle and its copies; null when empty. Others may show it too, so it is not written.
     [[nodiscard]] bitmap_s* GetBitmap() const { return bitmap_.get(); }
 
 private:

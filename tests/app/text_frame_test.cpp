@@ -1,59 +1,68 @@
-#include "colour/text_frame.h"
-
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "support/app.h"
 
-using text_frame::Hit;
+using testing::Contains;
 
 namespace {
 
-constexpr int kReach = 35;     // half a fingertip at 300 dpi
-constexpr int kMinimum = 142;  // the smallest frame at 300 dpi
-constexpr int kFlags = 0x611;
+constexpr int kReach = 35;  // half a fingertip at 300 dpi
+
+/// Draws a frame from (400, 500) to that corner and types "A" into it.
+void showBox(App& app, int right, int bottom) {
+    app.down(400, 500);
+    app.up(right - 1, bottom - 1);
+    App::kit().loop.command([](host::Modal& keyboard) { return keyboard.type("A"); });
+}
+
+void discardBox(App& app) {
+    App::kit().loop.command([](host::Modal& keyboard) { return keyboard.type(""); });
+    app.tap(1078, 50);
+}
 
 }  // namespace
 
-// Its line on the far side would lie just beyond the screen.
-TEST(TextFrame, OfTheSmallestSizeInTheLastCornerMovesBackByOne) {
-    const App app;
-    const irect_s corner = {1404 - kMinimum, 1872 - kMinimum, 0, 0, kFlags};
-    const irect_s frame = text_frame::between(corner, corner.x, corner.y);
-    EXPECT_EQ(frame.x, corner.x - 1);
-    EXPECT_EQ(frame.y, corner.y - 1);
-}
-
-TEST(TextFrame, TellsInsideBandHandlesAndOutside) {
-    const App app;
-    const irect_s frame = {400, 500, 300, 200, kFlags};
+TEST(TextFrame, IsMovedResizedEditedOrLeftByWhereADragBegins) {
+    const std::string edited = R"(OpenKeyboard "@TextDirection" "A" 1023 0)";
+    const std::string left = R"(OpenKeyboard "@TextDirection" "" 1023 0)";
+    const auto at = [](const std::string& place) { return "DrawTextRect2 " + place + " 1553 \"A\""; };
+    const std::string moved = at("408 494 300 200");
     const struct {
         int x, y;
-        Hit::Zone zone;
-        int edges;
+        std::string call;
     } cases[] = {
-        {400 + kReach + 1, 560, Hit::Inside, 0},
-        {400 + kReach, 560, Hit::Band, 0},
-        {400 - kReach, 560, Hit::Band, 0},
-        {400 - kReach - 1, 560, Hit::Outside, 0},
-        {400, 500, Hit::Handle, 1 + 4},
-        {700, 500, Hit::Handle, 2 + 4},
-        {400, 700, Hit::Handle, 1 + 8},
-        {700, 700, Hit::Handle, 2 + 8},
-        {550, 500, Hit::Handle, 4},
-        {550, 700, Hit::Handle, 8},
-        {400, 600, Hit::Handle, 1},
-        {700, 600, Hit::Handle, 2},
-        {550 + kReach, 500, Hit::Band, 0},
-        {550 + kReach - 1, 500, Hit::Handle, 4},
-        {550, 700 + kReach, Hit::Band, 0},
-        {550, 700 + kReach + 1, Hit::Outside, 0},
+        {400 + kReach + 1, 560, edited},   {400 + kReach, 560, moved},
+        {400 - kReach, 560, moved},        {400 - kReach - 1, 560, left},
+        {400, 500, at("408 494 292 206")}, {700, 500, at("400 494 308 206")},
+        {400, 700, at("408 500 292 194")}, {700, 700, at("400 500 308 194")},
+        {550, 500, at("400 494 300 206")}, {550, 700, at("400 500 300 194")},
+        {400, 600, at("408 500 292 200")}, {700, 600, at("400 500 308 200")},
+        {550 + kReach, 500, moved},        {550 + kReach - 1, 500, at("400 494 300 206")},
+        {550, 700 + kReach, moved},        {550, 700 + kReach + 1, left},
     };
-    for (const auto& [x, y, zone, edges] : cases) {
-        const Hit hit = text_frame::hitTest(frame, x, y);
-        EXPECT_EQ(hit.zone, zone) << x << ' ' << y;
-        EXPECT_EQ(hit.edges, edges) << x << ' ' << y;
+    App app;
+    app.create();
+    app.tap(738, 50);
+    for (const auto& [x, y, call] : cases) {
+        showBox(app, 700, 700);
+        app.calls();
+        app.down(x, y);
+        app.up(x + 8, y - 6);
+        EXPECT_THAT(app.calls(), Contains(call)) << x << ' ' << y;
+        discardBox(app);
     }
-    const irect_s odd = {400, 500, 301, 201, kFlags};
-    EXPECT_EQ(text_frame::hitTest(odd, 550 + kReach, 500).zone, Hit::Band) << "the middle is rounded down";
-    EXPECT_EQ(text_frame::hitTest(odd, 400, 600 + kReach).zone, Hit::Band);
+}
+
+TEST(TextFrame, OfOddSizeHasItsHandlesAtTheMiddleRoundedDown) {
+    App app;
+    app.create();
+    app.tap(738, 50);
+    for (const host::Point point : {host::Point{550 + kReach, 500}, host::Point{400, 600 + kReach}}) {
+        showBox(app, 701, 701);
+        app.calls();
+        app.down(point.x, point.y);
+        app.up(point.x + 8, point.y - 6);
+        EXPECT_THAT(app.calls(), Contains("DrawTextRect2 408 494 301 201 1553 \"A\"")) << point.x;
+        discardBox(app);
+    }
 }

@@ -159,6 +159,24 @@ TEST(TimersOnTheLoop, FireInOrderOfDueTimeAtTheirOwnInstants) {
     EXPECT_EQ(world.clock.now(), Instant{300});
 }
 
+void withContext(void*) {}
+
+TEST(TimersOnTheLoop, ANullCallbackCancelsTheTimerOfThatNameAndContext) {
+    World world;
+    Timers& timers = world.loop.timers();
+    int one = 0;
+    int other = 0;
+    timers.set("plain", nothing, Instant{100});
+    timers.set("with context", withContext, &one, Instant{200});
+    timers.set("with context", withContext, &other, Instant{300});
+    timers.set("plain", nullptr, Instant{100});
+    EXPECT_EQ(timers.nextDue(), Instant{200});
+    timers.set("with context", nullptr, &one, Instant{200});
+    EXPECT_EQ(timers.nextDue(), Instant{300});
+    timers.set("another", nullptr, &other, Instant{200});
+    EXPECT_EQ(timers.nextDue(), Instant{300});
+}
+
 /// A real clock and a display that can really wait.
 struct RealTime {
     Clock clock;

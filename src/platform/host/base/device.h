@@ -1,13 +1,9 @@
 #pragma once
 
+#include "platform/frame_codes.h"
 #include "platform/host/base/geometry.h"
 
 namespace host {
-
-// Codes that stand for a line or corner of the device's own frames.
-inline constexpr int kThinLine = -2;
-inline constexpr int kThickLine = -3;
-inline constexpr int kStandardCorner = -100;
 
 /// The device described. Values, set once from the command line.
 struct Device {
@@ -24,11 +20,10 @@ struct Device {
     /// Pixels for design units, made at 300 dpi: n × dpi × scale / 300, rounded, at least 1.
     [[nodiscard]] int designToPixel(int units) const;
 
-    /// Pixels of a frame line for kThinLine (0.3 mm) or kThickLine (0.5 mm); other values come back as they are, at
-    /// least 0.
+    /// Pixels of a frame line for kThinLine or kThickLine; other values come back as they are, at least 0.
     [[nodiscard]] int frameThickness(int code) const;
 
-    /// Pixels of a corner for kStandardCorner (1.7 mm); other values come back as they are, at least 0.
+    /// Pixels of a corner for kStandardCorner; other values come back as they are, at least 0.
     [[nodiscard]] int cornerRadius(int code) const;
 };
 

@@ -19,9 +19,15 @@ void Timers::set(const char* name, timer_callback_t callback, Instant due) {
 }
 
 void Timers::set(const char* name, timer_context_callback_t callback, void* context, Instant due) {
+    const std::string known = name != nullptr ? name : "";
+    if (callback == nullptr) {
+        std::erase_if(pending_, [&](const DueTimer& timer) {
+            return timer.withContext != nullptr && timer.name == known && timer.context == context;
+        });
+        return;
+    }
     clear(callback, context);
-    if (callback == nullptr) return;
-    pending_.push_back({name != nullptr ? name : "", due, nullptr, callback, context});
+    pending_.push_back({known, due, nullptr, callback, context});
 }
 
 void Timers::clear(timer_context_callback_t callback, void* context) {

@@ -19,8 +19,8 @@ struct DueTimer {
     void* context = nullptr;
 };
 
-/// Pending one-shot timers, known by name or by (callback, context). Setting a pending one replaces it; setting it
-/// with a null callback cancels it. A null name is an empty one.
+/// Pending one-shot timers, known by name or by (callback, context). Setting a pending one replaces it. A null callback
+/// cancels the pending timer of that name, or of that name and context. A null name is an empty one.
 class Timers {
 public:
     void set(const char* name, timer_callback_t callback, Instant due);

@@ -28,6 +28,12 @@ constexpr auto kShareOfLevel = [] {
 constexpr int kBandParts = 1024;
 
 /// Coverage across the band, from its outer side in: that in the middle of each part.
+///
+///     255               __..-
+///                    .-'
+///                  .'
+///       0    _..-''
+///          outer       inner
 constexpr auto kBand = [] {
     std::array<std::uint8_t, kBandParts> band{};
     for (int part = 0; part < kBandParts / 2; ++part) {
@@ -72,8 +78,9 @@ private:
         }
     }
 
-    /// Raises a pixel's coverage to `wanted`. A share that is too small to show in any channel is not noted as
-    /// given; it comes with the next one, instead of being lost to rounding again and again.
+    /// Raises a pixel's coverage to `wanted`, so that it comes to what one touch of that coverage would have given:
+    /// pixel += (ink - pixel) × (wanted - covered) / (255 - covered). A share that is too small to show in any channel
+    /// is not noted as given; it comes with the next one, instead of being lost to rounding again and again.
     void raise(int x, int wanted) {
         const int share = (wanted - covered_[x]) * kShareOfLevel[covered_[x]];
         bool shows = wanted == kFull;

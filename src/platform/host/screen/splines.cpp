@@ -17,9 +17,14 @@ PointD operator+(PointD p, PointD q) { return {p.x + q.x, p.y + q.y}; }
 PointD operator-(PointD p, PointD q) { return {p.x - q.x, p.y - q.y}; }
 PointD operator*(double factor, PointD p) { return {factor * p.x, factor * p.y}; }
 
-/// The pieces of a run while they are being worked out. Until a piece is finished, its coefficients b hold the
-/// direction at its first point and c the factor with which the next direction enters it, so no memory is
-/// needed beside the caller's.
+/// The pieces of a run while they are being worked out. What is known of a piece stands in its own coefficients, so no
+/// memory is needed beside the caller's:
+///
+///     after              b                                     c                     d
+///     layChords          -                                     -                     -
+///     solveDirections    direction at the piece's first point  q (see there)         -
+///     limitDirections    the same, at most 1 long              q                     -
+///     finish             the same                              its curve, from both directions
 class Run {
 public:
     Run(std::span<const PointD> points, std::span<CubicSpline> x, std::span<CubicSpline> y)
@@ -35,8 +40,15 @@ public:
         }
     }
 
-    /// Solves for the directions of the natural spline: one tridiagonal row for each point, eliminated on the way
-    /// forward and put in on the way back. Pieces without length are left out.
+    /// Solves for the directions D of the natural spline, where piece i is h[i] long and heads along H[i]. The curve
+    /// has no bend at its ends and the same one on both sides of every point between:
+    ///
+    ///     2 D[0] + D[1] = 3 H[0]
+    ///     h[i] D[i-1] + 2 (h[i-1] + h[i]) D[i] + h[i-1] D[i+1] = 3 (h[i] H[i-1] + h[i-1] H[i])
+    ///     D[n-1] + 2 D[n] = 3 H[n-1]
+    ///
+    /// On the way forward each row takes in the one before it and becomes D[i] = r[i] - q[i] D[i+1], with r in the
+    /// place of the direction; on the way back that gives D. Pieces without length are left out.
     void solveDirections() {
         std::size_t before = next(0);
         if (before == pieces()) return;
@@ -72,6 +84,8 @@ public:
         last_ = 0.5 * (3 * heading(last) - direction(last));
     }
 
+    /// The cubic of each piece that leaves and arrives in its two directions: with t along the chord from 0 to h,
+    /// c = (3 H - 2 D[i] - D[i+1]) / h and d = (D[i] + D[i+1] - 2 H) / h².
     void finish() {
         PointD end = last_;
         for (std::size_t i = pieces(); i-- > 0;) {

@@ -61,8 +61,10 @@ StrokeStep::StrokeStep(PointD from, PointD middle, PointD to)
 
 StrokeStep::Extent StrokeStep::extent(double y, double radius) const {
     if (radius < 0) return {1, 0};
-    // The outermost disc on the row is the one whose rim touches the row where the chord's own side does, or that
-    // of an end where the side does not reach the row.
+    // A disc moves along the chord. Centred at `along` it covers on this row what lies within √(radius² - q²) of its
+    // centre, where q = dy - along × unit.y is the row's distance from that. It reaches out farthest where the rim
+    // runs as the chord does, at q = ±radius × unit.x: there the row meets the straight side of what the disc sweeps.
+    // Where that lies past an end of the chord, it is the disc of this end.
     const double side = radius * (unit_.y > 0 ? unit_.x : -unit_.x);
     const double dy = y - start_.y;
     double leftAlong = unit_.x > 0 ? 0 : length_;

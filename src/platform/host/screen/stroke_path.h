@@ -9,6 +9,12 @@
 namespace host {
 
 /// One slightly bent step of a stroke: a chord, and the parabola over it that rises by `bow` pixels in its middle.
+///
+///               middle
+///             _.-"""-._             ^ side
+///         _.-"    |    "-._         |
+///     from --------+-------- to     +--> along
+///         |<---- length ---->|
 class StrokeStep {
 public:
     /// Unset: a path holds room for many more steps than most pieces need.
@@ -44,7 +50,7 @@ private:
     double length_;
     double perRow_;  ///< length of the chord from one row to the next, signed; 0 on a level chord
     double bow_;
-    // For the pixels of the rim.
+    // For the pixels of the rim. At `along` from its middle the step rises by bend × (half² - along²).
     float unitX_;
     float unitY_;
     float half_;  ///< half the length

@@ -33,7 +33,13 @@ struct Nib {
 };
 
 /// Squared distances of one row's pixels to a path. A row cuts the inside of a step in one run of pixels, which
-/// need no distances; only those of the rim are measured.
+/// need no distances; only those of the rim are measured:
+///
+///     columns    |<------------------------->|
+///     solid             |<--------->|
+///     distances  d d d d             d d d d d
+///
+/// Of several runs that do not touch, one is `solid`; the others have distances of 0.
 class StrokeRow {
 public:
     explicit StrokeRow(int screenWidth);
