@@ -128,7 +128,7 @@ int SaveBitmap(const char* path, const bitmap_s* bitmap);
 bitmap_s* BitmapFromScreen(int x, int y, int w, int h);
 
 // One-shot timers. Setting a pending timer again replaces it; a negative time is 0. The callback comes from the event
-// loop, also while a modal is open; it may refresh the panel then, but what it draws would lie over the modal.
+// loop, also while a modal is open; what it draws then lies below the modal.
 
 /// Known by its name. A null callback cancels the pending timer of that name.
 void SetHardTimer(const char* name, timer_callback_t callback, int milliseconds);
