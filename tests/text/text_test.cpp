@@ -99,7 +99,7 @@ TEST_F(TextTest, ASmallScreenShowsItsPartOfALargeOne) {
     constexpr int kMargin = 300;
     const auto font = text_.open(nullptr, 300);
     const TextBlock block = text_.layOut(repeated("MÅ@#", 200), *font, 2000);
-    for (const Point at : {Point{0, 0}, Point{-700, -250}, Point{-1500, -1100}, Point{250, 180}}) {
+    for (const Point at : {Point{0, 0}, Point{-200, -150}, Point{-700, -250}, Point{-1500, -1100}, Point{250, 180}}) {
         for (const Rect clip : {Rect{-300, -300, 1200, 1000}, Rect{100, 50, 301, 277}}) {
             const auto drawn = [&](int margin) {
                 Screen screen({600 + 2 * margin, 400 + 2 * margin}, PixelFormat::Rgb24);

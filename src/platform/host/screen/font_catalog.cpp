@@ -129,10 +129,10 @@ std::vector<std::string> FontCatalog::familiesFor(const std::string& language) c
     });
     std::vector<std::string> ordered;
     for (const auto& [name, writesLanguage] : writing) ordered.push_back(name);
-    std::sort(ordered.begin(), ordered.end(), [&writing](const std::string& a, const std::string& b) {
-        if (writing[a] != writing[b]) return writing[a];
-        return compareLetters(a, b) < 0;
-    });
+    std::sort(ordered.begin(), ordered.end(),
+              [](const std::string& a, const std::string& b) { return compareLetters(a, b) < 0; });
+    std::stable_partition(ordered.begin(), ordered.end(),
+                          [&writing](const std::string& name) { return writing[name]; });
     return ordered;
 }
 

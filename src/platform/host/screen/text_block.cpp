@@ -64,7 +64,7 @@ void TextBlock::fit(int width, Align align) {
     if (layout_ == nullptr) return;
     constexpr PangoAlignment kAlignments[] = {PANGO_ALIGN_LEFT, PANGO_ALIGN_CENTER, PANGO_ALIGN_RIGHT};
     pango_layout_set_alignment(layout_.get(), kAlignments[static_cast<int>(align)]);
-    // A line fits that is as wide in whole pixels.
+    // A line fits that is as wide in whole pixels: slanted scripts leave fractions.
     const int rounding = pango_layout_get_single_paragraph_mode(layout_.get()) != FALSE ? PANGO_SCALE / 2 - 1 : 0;
     pango_layout_set_width(layout_.get(), std::clamp(width, 1, kFarthest) * PANGO_SCALE + rounding);
 }
