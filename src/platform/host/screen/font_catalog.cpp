@@ -33,16 +33,14 @@ FcConfig* outlinesOnly() {
     return config;
 }
 
-/// True when the predicate holds for a font of the machine; the fonts behind that one are not visited. Several times
-/// faster than having fontconfig build a list.
-template <typename Predicate>
-bool anyFont(Predicate holds) {
-    for (const FcSetName set : {FcSetSystem, FcSetApplication}) {
-        const FcFontSet* fonts = FcConfigGetFonts(nullptr, set);
-        for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i)
-            if (holds(fonts->fonts[i])) return true;
+/// Of the machine. Several times faster than having fontconfig build a list.
+std::vector<const FcPattern*> allFonts() {
+    std::vector<const FcPattern*> all;
+    for (const FcSetName name : {FcSetSystem, FcSetApplication}) {
+        const FcFontSet* set = FcConfigGetFonts(nullptr, name);
+        if (set != nullptr) all.insert(all.end(), set->fonts, set->fonts + set->nfont);
     }
-    return false;
+    return all;
 }
 
 /// Family name number `index` of the font; empty beyond the last.
@@ -114,20 +112,20 @@ FontCatalog::FontCatalog() {
     // DejaVu and Noto first, so that most machines show the same default text.
     defaults_ = {bestFamily("DejaVu Sans,Noto Sans,sans\\-serif"), bestFamily("DejaVu Serif,Noto Serif,serif"),
                  bestFamily("DejaVu Sans Mono,Noto Sans Mono,monospace")};
-    empty_ = !anyFont([](const FcPattern*) { return true; });
+    empty_ = allFonts().empty();
     if (empty_) std::fputs("colour: fontconfig finds no outline font; text will not be shown\n", stderr);
 }
 
 std::vector<std::string> FontCatalog::familiesFor(const std::string& language) const {
     std::map<std::string, bool> writing;
-    anyFont([&](const FcPattern* font) {
+    for (const FcPattern* font : allFonts()) {
         const std::string name = familyName(font, 0);
-        if (name.empty() || name.find(',') != std::string::npos) return false;
+        if (name.empty() || name.find(',') != std::string::npos) continue;
         bool& known = writing[name];
         known = known || writes(font, language);
-        return false;
-    });
+    }
     std::vector<std::string> ordered;
+    ordered.reserve(writing.size());
     for (const auto& [name, writesLanguage] : writing) ordered.push_back(name);
     std::sort(ordered.begin(), ordered.end(),
               [](const std::string& a, const std::string& b) { return compareLetters(a, b) < 0; });
@@ -137,14 +135,11 @@ std::vector<std::string> FontCatalog::familiesFor(const std::string& language) c
 }
 
 std::string FontCatalog::resolve(const std::string& family) const {
-    std::string found;
-    const bool known = anyFont([&](const FcPattern* font) {
-        int index = 0;
-        do found = familyName(font, index++);
-        while (!found.empty() && compareLetters(found, family) != 0);
-        return !found.empty();
-    });
-    if (known) return found;
+    for (const FcPattern* font : allFonts()) {
+        std::string name = familyName(font, 0);
+        for (int next = 1; !name.empty(); name = familyName(font, next++))
+            if (compareLetters(name, family) == 0) return name;
+    }
     constexpr std::pair<const char*, int> kGeneric[] = {{"Serif", 1}, {"Monospace", 2}, {"Mono", 2}};
     for (const auto& [name, index] : kGeneric)
         if (compareLetters(family, name) == 0) return defaultFamily(index);
@@ -157,16 +152,15 @@ const std::string& FontCatalog::defaultFamily(int index) const {
 
 std::string FontCatalog::sample(const std::string& family) const {
     std::string sample;
-    const bool showsName = anyFont([&](const FcPattern* font) {
+    for (const FcPattern* font : allFonts()) {
         FcCharSet* characters = nullptr;
-        if (familyName(font, 0) != family) return false;
-        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) return false;
-        if (hasLetters(characters, family)) return true;
+        if (familyName(font, 0) != family) continue;
+        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) continue;
+        if (hasLetters(characters, family)) return {};
         if (sample.empty()) sample = firstCharacters(characters, isOwnLetter);
         if (sample.empty()) sample = firstCharacters(characters, isSign);
-        return false;
-    });
-    return showsName ? "" : sample;
+    }
+    return sample;
 }
 
 }  // namespace host
