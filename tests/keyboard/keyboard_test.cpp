@@ -183,6 +183,24 @@ TEST_F(KeyboardTest, ATapInTheFieldPlacesTheCursor) {
     EXPECT_EQ(confirm(), "aone twob\nthreec");
 }
 
+TEST_F(KeyboardTest, TheFieldFollowsTheCursorByWholeLines) {
+    const auto firstInSight = [&](const std::string& keys) {
+        open("0\n1\n2\n3\n4\n5\n6\n7\n8\n9");
+        tap(keys);
+        const Rect field = *keyboard->textPlace();
+        tapAt({field.x + 2, field.y + 20});
+        tap("x");
+        const std::string text = confirm();
+        return text.at(text.find('x') + 1) - '0';
+    };
+    const int hidden = firstInSight("");
+    EXPECT_GT(hidden, 2);
+    EXPECT_LT(hidden, 9);
+    EXPECT_EQ(firstInSight("up up"), hidden) << "those are in sight already";
+    EXPECT_EQ(firstInSight("up up up up up up up up"), 1);
+    EXPECT_EQ(firstInSight("backspace backspace backspace backspace"), hidden - 2) << "no rows stay empty below";
+}
+
 TEST_F(KeyboardTest, LiesAtTheEdgeAskedForWithLargeKeysApart) {
     const char* names[] = {"q",    "shift", "page", "language", "space", "backspace", "return", "left",
                            "down", "clear", "ok",   "cancel",   "й",     "ъ",         "ю"};

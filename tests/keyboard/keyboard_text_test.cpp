@@ -19,9 +19,6 @@ TEST(KeyboardText, KeepsACharacterWhole) {
             text.moveTo(inside);
             EXPECT_EQ(text.cursor(), 1U);
         }
-        text.moveForward();
-        EXPECT_EQ(text.cursor(), text.text().size());
-        text.moveBack();
         text.eraseAfter();
         EXPECT_EQ(text.text(), "x");
 

@@ -95,6 +95,39 @@ TEST_F(TextTest, NeverLeavesItsBox) {
     }
 }
 
+TEST_F(TextTest, ASmallScreenShowsItsPartOfALargeOne) {
+    constexpr int kMargin = 300;
+    const auto font = text_.open(nullptr, 300);
+    const TextBlock block = text_.layOut(repeated("MÅ@#", 200), *font, 2000);
+    for (const Point at : {Point{0, 0}, Point{-200, -150}, Point{-700, -250}, Point{-1500, -1100}, Point{250, 180}}) {
+        for (const Rect clip : {Rect{-300, -300, 1200, 1000}, Rect{100, 50, 301, 277}}) {
+            const auto drawn = [&](int margin) {
+                Screen screen({600 + 2 * margin, 400 + 2 * margin}, PixelFormat::Rgb24);
+                const Rect moved{clip.x + margin, clip.y + margin, clip.w, clip.h};
+                block.draw(screen, {at.x + margin, at.y + margin}, moved, 0x804020);
+                return screen.pixels();
+            };
+            const Framebuffer small = drawn(0);
+            EXPECT_NE(small, Framebuffer(small.size(), small.format()));
+            EXPECT_EQ(firstDifference(small, drawn(kMargin), 0, kMargin), kNowhere);
+        }
+    }
+}
+
+/// A line is as long as it is wide, even in a box that reaches far out of the screen.
+TEST_F(TextTest, ALineIsCutOnlyWhereItHasNoRoom) {
+    const auto wide = text_.open(nullptr, 60);
+    for (const char* words : {"Several words", "مرحبا بالعالم"}) {
+        const int width = text_.fitLine(words, *wide, {5000, 500}, 60).size().w;
+        const auto drawn = [&](Rect box, Align align) { return ink(drawnIn(*wide, box, words, {align, Wrap::None})); };
+        const Rect whole = drawn({20, 100, 500, 200}, Align::Centre);
+        EXPECT_EQ(drawn({20 + (500 - width) / 2, 100, width, 200}, Align::Start).size(), whole.size());
+        EXPECT_EQ(drawn({-100000, 100, 200540, 200}, Align::Centre).size(), whole.size());
+        EXPECT_LT(drawn({20, 100, width - 1, 200}, Align::Start).w, whole.w) << "an ellipsis for the last letter";
+        EXPECT_NEAR(whole.y + whole.h / 2, 200, wide->size / 4);
+    }
+}
+
 TEST_F(TextTest, WrapsAtWordsThenAnywhereAndHonoursLineEnds) {
     const Size line = text_.measure("x", *font_, 0);
     const auto lines = [&](const char* text, int width) {
@@ -145,6 +178,25 @@ TEST_F(TextTest, FamiliesThatWriteTheLanguageComeFirst) {
         const auto isOther = [other = other](const std::string& family) { return family == other; };
         const auto end = std::find_if(families.begin(), families.end(), isOther);
         EXPECT_TRUE(std::find(families.begin(), end, writing) != end && end != families.end()) << language;
+    }
+}
+
+/// Where directions meet, a step never leads back, and the bar stands where the keys' next letter would.
+TEST_F(TextTest, StepsGoWhereTheArrowPoints) {
+    for (const char* mixed : {"abc كتاب def", "كتاب abc كتاب", "one two"}) {
+        for (const bool fromRight : {false, true}) {
+            const TextBlock block = text_.layOut(mixed, *font_, 500);
+            const auto x = [&](std::size_t offset) { return block.cursor(offset, fromRight).x; };
+            for (const bool toRight : {false, true}) {
+                std::size_t at = block.offsetAt({toRight ? 0 : 500, 5});
+                for (std::size_t next = block.beside(at, fromRight, toRight); next != at;
+                     at = std::exchange(next, block.beside(next, fromRight, toRight))) {
+                    EXPECT_TRUE(toRight ? x(next) >= x(at) : x(next) <= x(at)) << mixed << ' ' << at << ' ' << next;
+                }
+                const int end = toRight ? 499 : 1;
+                EXPECT_EQ(x(at), x(block.offsetAt({end, 5}))) << mixed << " to the end";
+            }
+        }
     }
 }
 

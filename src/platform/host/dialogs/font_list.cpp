@@ -11,14 +11,9 @@ namespace {
 
 constexpr int kNameSize = 28;      // device-independent units, where the name has room
 constexpr int kSampleSize = 24;    // so that most scripts' letters have room at once, and their fonts open once
-constexpr int kSmallestName = 14;  // device-independent units
+constexpr int kSmallestName = 14;  // device-independent units; what does not fit then is cut
 constexpr int kRowMargin = 24;     // design units, at both ends of a row
 constexpr int kCorner = 14;        // design units
-
-/// Smaller where the text would not fit; at its smallest size, the text is cut instead.
-TextBlock fitted(Text& text, const std::string& line, font_s font, Size room) {
-    return text.fitLine(line, font, room, kSmallestName);
-}
 
 }  // namespace
 
@@ -96,21 +91,23 @@ void FontList::paintRow(int row) {
 /// The name in its own font. A font that cannot show it has the name in the default font, and some of its own
 /// characters at the end of the row, where at least two of them have room.
 void FontList::paintName(Rect inside, const std::string& family, Rgb colour) {
-    const auto draw = [&](Rect box, const TextBlock& line) {
-        desk_.text.drawLine(desk_.screen, box, line, Align::Start, colour);
+    const auto fitted = [this](const std::string& line, font_s font, Size room) {
+        return desk_.text.fitLine(line, font, room, kSmallestName);
     };
     const std::string characters = desk_.text.sample(family);
-    if (characters.empty()) return draw(inside, fitted(desk_.text, family, {family, kNameSize}, inside.size()));
-
+    if (characters.empty()) {
+        fitted(family, {family, kNameSize}, inside.size()).drawInside(desk_.screen, inside, Align::Start, colour);
+        return;
+    }
     const int margin = desk_.device.designToPixel(kRowMargin);
     const int room = inside.w - margin - 2 * inside.h;
-    const TextBlock name = fitted(desk_.text, family, {desk_.text.defaultFamily(0), kNameSize}, {room, inside.h});
-    const TextBlock sample = fitted(desk_.text, characters, {family, kSampleSize}, inside.size());
+    TextBlock name = fitted(family, {desk_.text.defaultFamily(0), kNameSize}, {room, inside.h});
+    TextBlock sample = fitted(characters, {family, kSampleSize}, inside.size());
     const int nameWidth = std::min(name.size().w, room);
     const int sampleWidth = std::min(sample.size().w, inside.w - nameWidth - margin);
-    draw({inside.x, inside.y, nameWidth, inside.h}, name);
     const int end = inside.x + inside.w;
-    draw({end - sampleWidth, inside.y, sampleWidth, inside.h}, sample);
+    name.drawInside(desk_.screen, {inside.x, inside.y, nameWidth, inside.h}, Align::Start, colour);
+    sample.drawInside(desk_.screen, {end - sampleWidth, inside.y, sampleWidth, inside.h}, Align::Start, colour);
 }
 
 void FontList::showRow(int row, Waveform waveform) {
@@ -121,8 +118,7 @@ void FontList::showRow(int row, Waveform waveform) {
 
 void FontList::press(std::optional<int> row) {
     for (const std::optional<int> changed : {std::exchange(pressed_, row), row}) {
-        if (!changed) continue;
-        showRow(*changed, Waveform::Fast);
+        if (changed) showRow(*changed, Waveform::Fast);
     }
 }
 

@@ -165,9 +165,9 @@ void FontSelector::paintSample() {
     const std::string own = desk_.text.sample(font.family);
     const std::string& sample = own.empty() ? desk_.languages.text("@SampleText") : own;
     TextBlock block = desk_.text.layOut(sample, font, inside.w);
-    if (block.size().h > clip.h) block = desk_.text.layOut(sample, font, inside.w, clip.h);
+    block.fitHeight(clip.h);
     const Point topLeft{inside.x, clip.y + (clip.h - block.size().h) / 2};
-    desk_.text.draw(desk_.screen, topLeft, block, clip, kBlack);
+    block.draw(desk_.screen, topLeft, clip, kBlack);
 }
 
 void FontSelector::turn(int pages) {

@@ -127,7 +127,7 @@ void MessageDialog::paintParagraph(const Paragraph& paragraph) {
     const Rect& box = paragraph.box;
     const int beyond = desk_.device.designToPixel(kGap) / 2;
     const TextBlock block = desk_.text.layOut(paragraph.text, paragraph.font, box.w);
-    desk_.text.draw(desk_.screen, {box.x, box.y}, block, box.inset(-beyond), kBlack);
+    block.draw(desk_.screen, {box.x, box.y}, box.inset(-beyond), kBlack);
 }
 
 void MessageDialog::pointer(int type, Point at) {

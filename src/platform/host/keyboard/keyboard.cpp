@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "platform/host/record/trace.h"
 #include "platform/host/touch/pointer_event.h"
@@ -12,6 +13,12 @@ namespace {
 
 constexpr int kAtTop = 0x400;
 constexpr int kTitleSize = 22;  // device-independent units, 160 to the inch
+
+/// Physical keys that do what a key on the screen does.
+constexpr std::pair<Key, KeyRole> kTwins[] = {{Key::Return, KeyRole::Ok},     {Key::ShiftReturn, KeyRole::Return},
+                                              {Key::Escape, KeyRole::Cancel}, {Key::Backspace, KeyRole::Backspace},
+                                              {Key::Left, KeyRole::Left},     {Key::Right, KeyRole::Right},
+                                              {Key::Up, KeyRole::Up},         {Key::Down, KeyRole::Down}};
 
 KeyboardEdge edgeOf(int flags) { return (flags & kAtTop) != 0 ? KeyboardEdge::Top : KeyboardEdge::Bottom; }
 
@@ -80,16 +87,12 @@ void Keyboard::act(const KeyPress& press) {
             text_.eraseBefore();
             break;
         case KeyRole::Left:
-            text_.moveTo(field_.beside(false));
-            break;
         case KeyRole::Right:
-            text_.moveTo(field_.beside(true));
+            text_.moveTo(field_.beside(press.role == KeyRole::Right));
             break;
         case KeyRole::Up:
-            text_.moveTo(field_.lineBeside(-1));
-            break;
         case KeyRole::Down:
-            text_.moveTo(field_.lineBeside(1));
+            text_.moveTo(field_.lineBeside(press.role == KeyRole::Down));
             break;
         case KeyRole::Shift:
         case KeyRole::Page:
@@ -101,39 +104,11 @@ void Keyboard::act(const KeyPress& press) {
 }
 
 void Keyboard::key(Key key) {
-    switch (key) {
-        case Key::Return:
-            return confirm();
-        case Key::Escape:
-            return cancel();
-        case Key::ShiftReturn:
-            text_.insert("\n");
-            break;
-        case Key::Backspace:
-            text_.eraseBefore();
-            break;
-        case Key::Delete:
-            text_.eraseAfter();
-            break;
-        case Key::Left:
-            text_.moveTo(field_.beside(false));
-            break;
-        case Key::Right:
-            text_.moveTo(field_.beside(true));
-            break;
-        case Key::Up:
-            text_.moveTo(field_.lineBeside(-1));
-            break;
-        case Key::Down:
-            text_.moveTo(field_.lineBeside(1));
-            break;
-        case Key::Home:
-            text_.moveToLineStart();
-            break;
-        case Key::End:
-            text_.moveToLineEnd();
-            break;
-    }
+    for (const auto& [physical, role] : kTwins)
+        if (physical == key) return act({role, {}});
+    if (key == Key::Delete) text_.eraseAfter();
+    if (key == Key::Home) text_.moveToLineStart();
+    if (key == Key::End) text_.moveToLineEnd();
     showText();
 }
 
@@ -164,8 +139,9 @@ void Keyboard::finish() {
 }
 
 void Keyboard::showText() {
-    const Rect changed = field_.show(text_.text(), text_.cursor(), keys_.startsRight());
-    if (!changed.empty()) desk_.panel.update(changed, Waveform::Fast);
+    field_.set(text_.text(), text_.cursor(), keys_.startsRight());
+    field_.paint();
+    desk_.panel.update(field_.box(), Waveform::Fast);
 }
 
 std::unique_ptr<Modal> makeKeyboard(const Desk& desk, const KeyboardRequest& request) {

@@ -1,8 +1,6 @@
 #include "platform/host/keyboard/keyboard_geometry.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 
 namespace host {
 
@@ -62,20 +60,6 @@ KeyboardGeometry::KeyboardGeometry(const Device& device, KeyboardEdge edge)
 
     for (std::size_t i = 0; i < rows.size(); ++i)
         rows[i] = {gap, top + head + gap + static_cast<int>(i) * (key + gap), device.width - 2 * gap, key};
-}
-
-std::vector<Rect> keyBoxes(Rect row, int gap, double units, std::span<const double> widths) {
-    const double unit = (row.w + gap) / units;
-    const double taken = std::accumulate(widths.begin(), widths.end(), 0.0);
-    double left = row.x + unit * (units - taken) / 2;
-    std::vector<Rect> boxes;
-    for (const double width : widths) {
-        const double right = left + unit * width;
-        const int x = static_cast<int>(std::lround(left));
-        boxes.push_back({x, row.y, static_cast<int>(std::lround(right)) - x - gap, row.h});
-        left = right;
-    }
-    return boxes;
 }
 
 }  // namespace host

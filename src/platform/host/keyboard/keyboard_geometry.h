@@ -1,8 +1,6 @@
 #pragma once
 
 #include <array>
-#include <span>
-#include <vector>
 
 #include "platform/host/base/device.h"
 #include "platform/host/base/geometry.h"
@@ -27,8 +25,5 @@ struct KeyboardGeometry {
     std::array<Rect, 4> rows;
     int gap;
 };
-
-/// Boxes side by side in the middle of a row that is `units` wide; each is as many units wide as its width says.
-[[nodiscard]] std::vector<Rect> keyBoxes(Rect row, int gap, double units, std::span<const double> widths);
 
 }  // namespace host

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
+#include <numeric>
 
 namespace host {
 
@@ -114,8 +116,20 @@ const KeyboardPage& KeyboardKeys::page() const {
     return shift_ == ShiftState::Off ? layout.base : layout.shifted;
 }
 
+/// Side by side in the middle of a row that is `units` wide; each is as many units wide as its width says.
 std::vector<Rect> KeyboardKeys::boxes(std::size_t row, double units, std::span<const double> widths) const {
-    return keyBoxes(geometry_.rows[row], geometry_.gap, units, widths);
+    const Rect area = geometry_.rows[row];
+    const double unit = (area.w + geometry_.gap) / units;
+    const double taken = std::accumulate(widths.begin(), widths.end(), 0.0);
+    double left = area.x + unit * (units - taken) / 2;
+    std::vector<Rect> placed;
+    for (const double width : widths) {
+        const double right = left + unit * width;
+        const int x = static_cast<int>(std::lround(left));
+        placed.push_back({x, area.y, static_cast<int>(std::lround(right)) - x - geometry_.gap, area.h});
+        left = right;
+    }
+    return placed;
 }
 
 void KeyboardKeys::addEndKeys() {

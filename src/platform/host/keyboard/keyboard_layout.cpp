@@ -3,13 +3,12 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <iterator>
-#include <map>
 #include <optional>
 #include <sstream>
-#include <string_view>
+
+#include "platform/host/files/ini_file.h"
 
 namespace host {
 
@@ -18,54 +17,33 @@ namespace {
 constexpr std::size_t kMostKeys = 12;      // in a row; more would be narrower than a fingertip
 constexpr std::size_t kMostSideKeys = 10;  // in the third row, which shift and backspace enclose
 constexpr std::size_t kKeysBesideSpace = 2;
-constexpr std::size_t kLongestFile = 1 << 16;
 constexpr const char* kEnglish = "en";
 
 // Without any theme the keyboard still types.
-constexpr std::string_view kBuiltInEnglish = R"(
-name = English
-letters = ABC
-base1 = q w e r t y u i o p
-base2 = a s d f g h j k l
-base3 = z x c v b n m
-base4 = , .
-shift1 = Q W E R T Y U I O P
-shift2 = A S D F G H J K L
-shift3 = Z X C V B N M
-shift4 = ! ?
-)";
-constexpr std::string_view kBuiltInSigns = R"(
-name = Signs
-letters = ?123
-base1 = 1 2 3 4 5 6 7 8 9 0
-base2 = @ # $ _ & - + ( ) /
-base3 = * " ' : ; ! ? %
-base4 = , .
-shift1 = ~ ` | \ { } [ ] ^ =
-shift2 = @ # $ _ & - + < > /
-shift3 = * " ' : ; ! ? %
-shift4 = , .
-)";
-
-using Values = std::map<std::string, std::string>;
-
-std::string trimmed(const std::string& text) {
-    constexpr const char* kBlanks = " \t\r";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+IniValues builtInEnglish() {
+    return {{"name", "English"},
+            {"letters", "ABC"},
+            {"base1", "q w e r t y u i o p"},
+            {"base2", "a s d f g h j k l"},
+            {"base3", "z x c v b n m"},
+            {"base4", ", ."},
+            {"shift1", "Q W E R T Y U I O P"},
+            {"shift2", "A S D F G H J K L"},
+            {"shift3", "Z X C V B N M"},
+            {"shift4", "! ?"}};
 }
 
-Values valuesOf(const std::string& content) {
-    Values values;
-    std::istringstream lines(content);
-    for (std::string line; std::getline(lines, line);) {
-        // A row may well hold '=' or '#' as a key: only a line's first character makes a comment.
-        const std::size_t equals = line.find('=');
-        if (line.empty() || line[0] == '#' || equals == std::string::npos) continue;
-        values[trimmed(line.substr(0, equals))] = trimmed(line.substr(equals + 1));
-    }
-    return values;
+IniValues builtInSigns() {
+    return {{"name", "Signs"},
+            {"letters", "?123"},
+            {"base1", "1 2 3 4 5 6 7 8 9 0"},
+            {"base2", "@ # $ _ & - + ( ) /"},
+            {"base3", "* \" ' : ; ! ? %"},
+            {"base4", ", ."},
+            {"shift1", "~ ` | \\ { } [ ] ^ ="},
+            {"shift2", "@ # $ _ & - + < > /"},
+            {"shift3", "* \" ' : ; ! ? %"},
+            {"shift4", ", ."}};
 }
 
 std::vector<std::string> keysOf(const std::string& row) {
@@ -85,44 +63,29 @@ std::string faultOf(const KeyboardPage& page, const std::string& name) {
     return {};
 }
 
-/// Nothing, with the reason in `fault`, when the content is no complete layout.
-std::optional<KeyboardLayout> parsed(const std::string& code, const std::string& content, std::string& fault) {
-    if (!g_utf8_validate(content.data(), static_cast<gssize>(content.size()), nullptr)) {
-        fault = "is not UTF-8 text";
-        return std::nullopt;
-    }
-    Values values = valuesOf(content);
+std::string faultOf(const KeyboardLayout& layout) {
+    const std::string fault = faultOf(layout.base, "base");
+    return fault.empty() ? faultOf(layout.shifted, "shift") : fault;
+}
+
+bool isUtf8(const IniValues& values) {
+    return std::all_of(values.begin(), values.end(),
+                       [](const auto& value) { return g_utf8_validate(value.second.c_str(), -1, nullptr) != FALSE; });
+}
+
+KeyboardLayout layoutOf(const std::string& code, IniValues values) {
     KeyboardLayout layout;
     layout.code = code;
     layout.name = values["name"];
     layout.letters = values["letters"];
+    layout.startsRight = values["starts"] == "right";
     for (std::size_t i = 0; i < KeyboardPage::kRows; ++i) {
         layout.base.rows[i] = keysOf(values["base" + std::to_string(i + 1)]);
         layout.shifted.rows[i] = keysOf(values["shift" + std::to_string(i + 1)]);
     }
-    layout.startsRight = values["starts"] == "right";
     if (layout.name.empty()) layout.name = code;
     if (layout.letters.empty()) layout.letters = layout.base.rows[0].empty() ? code : layout.base.rows[0][0];
-    fault = faultOf(layout.base, "base");
-    if (fault.empty()) fault = faultOf(layout.shifted, "shift");
-    if (!fault.empty()) return std::nullopt;
     return layout;
-}
-
-KeyboardLayout builtIn(const std::string& code) {
-    const bool signs = code == kSignsCode;
-    std::string fault;
-    return *parsed(signs ? code : kEnglish, std::string(signs ? kBuiltInSigns : kBuiltInEnglish), fault);
-}
-
-std::optional<std::string> contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string content(kLongestFile, '\0');
-    if (!stream) return std::nullopt;
-    stream.read(content.data(), static_cast<std::streamsize>(content.size()));
-    if (stream.bad()) return std::nullopt;
-    content.resize(static_cast<std::size_t>(stream.gcount()));
-    return content;
 }
 
 }  // namespace
@@ -130,10 +93,13 @@ std::optional<std::string> contentOf(const std::filesystem::path& file) {
 KeyboardLayout loadKeyboardLayout(const std::filesystem::path& directory, const std::string& code) {
     const std::filesystem::path file = directory / (code + ".ini");
     std::string fault = "cannot be read";
-    if (const auto content = contentOf(file))
-        if (const auto layout = parsed(code, *content, fault)) return *layout;
+    if (const std::optional<IniValues> values = readIniFile(file)) {
+        KeyboardLayout layout = layoutOf(code, *values);
+        fault = isUtf8(*values) ? faultOf(layout) : "is not UTF-8 text";
+        if (fault.empty()) return layout;
+    }
     std::cerr << "colour: keyboard layout " << file.string() << ": " << fault << "; built-in keys are used\n";
-    return builtIn(code);
+    return code == kSignsCode ? layoutOf(kSignsCode, builtInSigns()) : layoutOf(kEnglish, builtInEnglish());
 }
 
 std::vector<std::string> keyboardCodes(const std::filesystem::path& directory, const std::string& first) {

@@ -3,18 +3,13 @@
 #include <pango/pango.h>
 
 #include <algorithm>
-#include <memory>
 #include <vector>
+
+#include "platform/host/base/utf8.h"
 
 namespace host {
 
 namespace {
-
-std::string valid(std::string_view utf8) {
-    const std::unique_ptr<char, decltype(&g_free)> made(
-        g_utf8_make_valid(utf8.data(), static_cast<gssize>(utf8.size())), g_free);
-    return made.get();
-}
 
 /// Byte offsets of all places between characters in valid UTF-8, both ends included.
 std::vector<std::size_t> boundaries(const std::string& text) {
@@ -30,11 +25,20 @@ std::vector<std::size_t> boundaries(const std::string& text) {
     return offsets;
 }
 
-/// Cuts at the last place between characters that lies within the limit.
-std::string cut(std::string text, std::size_t maxBytes) {
-    if (text.size() <= maxBytes) return text;
+/// The last place between characters that is not behind the offset.
+std::size_t boundaryUpTo(const std::string& text, std::size_t offset) {
     const auto offsets = boundaries(text);
-    text.resize(*std::prev(std::upper_bound(offsets.begin(), offsets.end(), maxBytes)));
+    return *std::prev(std::upper_bound(offsets.begin(), offsets.end(), offset));
+}
+
+/// The first place between characters that is not before the offset.
+std::size_t boundaryFrom(const std::string& text, std::size_t offset) {
+    const auto offsets = boundaries(text);
+    return *std::lower_bound(offsets.begin(), offsets.end(), std::min(offset, text.size()));
+}
+
+std::string cut(std::string text, std::size_t maxBytes) {
+    text.resize(boundaryUpTo(text, maxBytes));
     return text;
 }
 
@@ -55,63 +59,35 @@ std::string withoutControls(const std::string& text) {
 KeyboardText::KeyboardText(std::string_view text, std::size_t maxBytes) : maxBytes_(maxBytes) { set(text); }
 
 void KeyboardText::set(std::string_view utf8) {
-    text_ = cut(valid(utf8), maxBytes_);
+    text_ = cut(repairedUtf8(utf8), maxBytes_);
     cursor_ = text_.size();
 }
 
 void KeyboardText::insert(std::string_view utf8) {
-    const std::string piece = cut(withoutControls(valid(utf8)), maxBytes_ - text_.size());
+    const std::string piece = cut(withoutControls(repairedUtf8(utf8)), maxBytes_ - text_.size());
     text_.insert(cursor_, piece);
     // A combining mark joins the character before it, so the place behind it is asked for, not assumed.
-    const std::size_t behind = cursor_ + piece.size();
-    moveTo(behind);
-    if (cursor_ != behind) cursor_ = boundaryAfter(behind);
+    cursor_ = boundaryFrom(text_, cursor_ + piece.size());
 }
 
 void KeyboardText::eraseBefore() {
-    const std::size_t from = boundaryBefore(cursor_);
+    const std::size_t from = cursor_ == 0 ? 0 : boundaryUpTo(text_, cursor_ - 1);
     text_.erase(from, cursor_ - from);
     moveTo(from);
 }
 
 void KeyboardText::eraseAfter() {
-    text_.erase(cursor_, boundaryAfter(cursor_) - cursor_);
+    text_.erase(cursor_, boundaryFrom(text_, cursor_ + 1) - cursor_);
     moveTo(cursor_);
 }
 
-void KeyboardText::moveBack() { cursor_ = boundaryBefore(cursor_); }
-
-void KeyboardText::moveForward() { cursor_ = boundaryAfter(cursor_); }
-
-void KeyboardText::moveToLineStart() { moveTo(lineStart()); }
-
-void KeyboardText::moveToLineEnd() { moveTo(lineEnd()); }
-
-void KeyboardText::moveTo(std::size_t offset) {
-    cursor_ = text_.size();
-    if (offset >= text_.size()) return;  // typing on at the end is what happens most, and needs no search
-    const auto offsets = boundaries(text_);
-    cursor_ = *std::prev(std::upper_bound(offsets.begin(), offsets.end(), offset));
+void KeyboardText::moveToLineStart() {
+    const std::size_t lineEnd = cursor_ == 0 ? std::string::npos : text_.rfind('\n', cursor_ - 1);
+    cursor_ = lineEnd == std::string::npos ? 0 : lineEnd + 1;
 }
 
-std::size_t KeyboardText::lineStart() const {
-    if (cursor_ == 0) return 0;
-    const std::size_t end = text_.rfind('\n', cursor_ - 1);
-    return end == std::string::npos ? 0 : end + 1;
-}
+void KeyboardText::moveToLineEnd() { cursor_ = std::min(text_.find('\n', cursor_), text_.size()); }
 
-std::size_t KeyboardText::lineEnd() const { return std::min(text_.find('\n', cursor_), text_.size()); }
-
-std::size_t KeyboardText::boundaryBefore(std::size_t offset) const {
-    const auto offsets = boundaries(text_);
-    const auto here = std::lower_bound(offsets.begin(), offsets.end(), offset);
-    return here == offsets.begin() ? 0 : *std::prev(here);
-}
-
-std::size_t KeyboardText::boundaryAfter(std::size_t offset) const {
-    const auto offsets = boundaries(text_);
-    const auto next = std::upper_bound(offsets.begin(), offsets.end(), offset);
-    return next == offsets.end() ? text_.size() : *next;
-}
+void KeyboardText::moveTo(std::size_t offset) { cursor_ = boundaryUpTo(text_, offset); }
 
 }  // namespace host

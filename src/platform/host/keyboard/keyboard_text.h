@@ -25,19 +25,12 @@ public:
     void eraseBefore();
     void eraseAfter();
 
-    void moveBack();
-    void moveForward();
     void moveToLineStart();
     void moveToLineEnd();
     /// To the character boundary at the offset or before it.
     void moveTo(std::size_t offset);
 
 private:
-    [[nodiscard]] std::size_t lineStart() const;
-    [[nodiscard]] std::size_t lineEnd() const;
-    [[nodiscard]] std::size_t boundaryBefore(std::size_t offset) const;
-    [[nodiscard]] std::size_t boundaryAfter(std::size_t offset) const;
-
     std::string text_;
     std::size_t maxBytes_;
     std::size_t cursor_ = 0;

@@ -1,23 +1,47 @@
 #include "platform/host/screen/font_catalog.h"
 
+#include <fontconfig/fontconfig.h>
+#include <glib.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
+#include <map>
+#include <memory>
 #include <utility>
-
-#include "platform/host/screen/font_set.h"
-
-// Present in sanitized builds only.
-extern "C" [[gnu::weak]] void __lsan_disable();  // NOLINT(bugprone-reserved-identifier)
-extern "C" [[gnu::weak]] void __lsan_enable();   // NOLINT(bugprone-reserved-identifier)
 
 namespace host {
 namespace {
 
+constexpr std::size_t kSampleCharacters = 6;
 constexpr const char* kOutlinesOnly = R"(<fontconfig><selectfont><rejectfont>
     <pattern><patelt name="color"><bool>true</bool></patelt></pattern>
     <pattern><patelt name="outline"><bool>false</bool></patelt></pattern>
 </rejectfont></selectfont></fontconfig>)";
+
+/// The text as fontconfig takes it; borrowed.
+const FcChar8* fontconfigText(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
+
+int compareLetters(const std::string& a, const std::string& b) {
+    return FcStrCmpIgnoreCase(fontconfigText(a.c_str()), fontconfigText(b.c_str()));
+}
+
+FcConfig* outlinesOnly() {
+    FcConfig* config = FcInitLoadConfig();
+    if (config == nullptr) config = FcConfigCreate();
+    FcConfigParseAndLoadFromMemory(config, fontconfigText(kOutlinesOnly), FcTrue);
+    return config;
+}
+
+/// Of the machine. Several times faster than having fontconfig build a list.
+std::vector<const FcPattern*> allFonts() {
+    std::vector<const FcPattern*> all;
+    for (const FcSetName name : {FcSetSystem, FcSetApplication}) {
+        const FcFontSet* set = FcConfigGetFonts(nullptr, name);
+        if (set != nullptr) all.insert(all.end(), set->fonts, set->fonts + set->nfont);
+    }
+    return all;
+}
 
 /// Family name number `index` of the font; empty beyond the last.
 std::string familyName(const FcPattern* font, int index) {
@@ -26,68 +50,99 @@ std::string familyName(const FcPattern* font, int index) {
     return reinterpret_cast<const char*>(name);
 }
 
-/// Hides leaks from the leak checker: fontconfig's parser loses the pattern of every <rejectfont>, also of those
-/// in the system's own files.
-class LeaksUnchecked {
-public:
-    LeaksUnchecked() {
-        if (__lsan_disable != nullptr) __lsan_disable();
-    }
-    LeaksUnchecked(const LeaksUnchecked&) = delete;
-    LeaksUnchecked& operator=(const LeaksUnchecked&) = delete;
-    ~LeaksUnchecked() {
-        if (__lsan_enable != nullptr) __lsan_enable();
-    }
-};
-
-FcConfig* loadConfig() {
-    const LeaksUnchecked whileParsing;
-    FcConfig* config = FcInitLoadConfig();
-    if (config == nullptr) config = FcConfigCreate();
-    FcConfigParseAndLoadFromMemory(config, fontconfigText(kOutlinesOnly), FcTrue);
-    FcConfigBuildFonts(config);
-    FcConfigSetCurrent(config);
-    return config;
+/// The family of the font that fontconfig chooses for a list of families.
+std::string bestFamily(const char* families) {
+    using Pattern = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
+    const Pattern wanted(FcNameParse(fontconfigText(families)), FcPatternDestroy);
+    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+    FcDefaultSubstitute(wanted.get());
+    FcResult result = FcResultNoMatch;
+    const Pattern found(FcFontMatch(nullptr, wanted.get(), &result), FcPatternDestroy);
+    return found == nullptr ? "Sans" : familyName(found.get(), 0);
 }
 
-/// One for the process, since loading it takes some milliseconds; as the current one, it also keeps Pango from
-/// loading its own.
-FcConfig* sharedConfig() {
-    static FcConfig* const config = loadConfig();
-    return config;
+bool writes(const FcPattern* font, const std::string& language) {
+    FcLangSet* languages = nullptr;
+    return FcPatternGetLangSet(font, FC_LANG, 0, &languages) == FcResultMatch &&
+           FcLangSetHasLang(languages, fontconfigText(language.c_str())) != FcLangDifferentLang;
+}
+
+bool hasLetters(const FcCharSet* characters, const std::string& name) {
+    return std::all_of(name.begin(), name.end(), [characters](char letter) {
+        return !g_ascii_isalnum(letter) || FcCharSetHasChar(characters, static_cast<FcChar32>(letter)) != FcFalse;
+    });
+}
+
+bool isOwnLetter(gunichar character) {
+    const GUnicodeScript script = g_unichar_get_script(character);
+    return g_unichar_isalpha(character) && script != G_UNICODE_SCRIPT_COMMON && script != G_UNICODE_SCRIPT_INHERITED &&
+           script != G_UNICODE_SCRIPT_LATIN;
+}
+
+bool isSign(gunichar character) {
+    constexpr gunichar kLatin1End = 0xFF;
+    return character > kLatin1End && g_unichar_isgraph(character) && !g_unichar_ismark(character);
+}
+
+/// The first characters of the set, in their order, for which the predicate holds.
+template <typename Predicate>
+std::string firstCharacters(const FcCharSet* characters, Predicate holds) {
+    std::string found;
+    std::size_t count = 0;
+    FcChar32 bits[FC_CHARSET_MAP_SIZE];
+    FcChar32 next = 0;
+    for (FcChar32 page = FcCharSetFirstPage(characters, bits, &next); page != FC_CHARSET_DONE;
+         page = FcCharSetNextPage(characters, bits, &next)) {
+        for (FcChar32 i = 0; i < FC_CHARSET_MAP_SIZE * 32 && count < kSampleCharacters; ++i) {
+            if ((bits[i / 32] >> (i % 32) & 1U) == 0 || !holds(page + i)) continue;
+            char bytes[6];
+            found.append(bytes, static_cast<std::size_t>(g_unichar_to_utf8(page + i, bytes)));
+            ++count;
+        }
+    }
+    return found;
 }
 
 }  // namespace
 
-FontCatalog::FontCatalog() : config_(sharedConfig()) {
-    listFamilies();
+FontCatalog::FontCatalog() {
+    // Once for the process, since loading takes some milliseconds. As the current one, which null stands for elsewhere,
+    // it also keeps Pango from loading its own.
+    [[maybe_unused]] static const FcBool loaded = FcConfigSetCurrent(outlinesOnly());
     // DejaVu and Noto first, so that most machines show the same default text.
-    defaults_ = {chooseDefault("sans-serif", {"DejaVu Sans", "Noto Sans"}),
-                 chooseDefault("serif", {"DejaVu Serif", "Noto Serif"}),
-                 chooseDefault("monospace", {"DejaVu Sans Mono", "Noto Sans Mono"})};
-    if (empty()) std::fputs("colour: fontconfig finds no outline font; text will not be shown\n", stderr);
+    defaults_ = {bestFamily("DejaVu Sans,Noto Sans,sans\\-serif"), bestFamily("DejaVu Serif,Noto Serif,serif"),
+                 bestFamily("DejaVu Sans Mono,Noto Sans Mono,monospace")};
+    empty_ = allFonts().empty();
+    if (empty_) std::fputs("colour: fontconfig finds no outline font; text will not be shown\n", stderr);
 }
 
 std::vector<std::string> FontCatalog::familiesFor(const std::string& language) const {
-    std::set<std::string> writing;
-    forEachFont(config_, [&](const FcPattern* font) {
-        FcLangSet* languages = nullptr;
-        if (FcPatternGetLangSet(font, FC_LANG, 0, &languages) != FcResultMatch) return;
-        if (FcLangSetHasLang(languages, fontconfigText(language.c_str())) == FcLangDifferentLang) return;
-        writing.insert(familyName(font, 0));
-    });
-    std::vector<std::string> ordered = families_;
+    std::map<std::string, bool> writing;
+    for (const FcPattern* font : allFonts()) {
+        const std::string name = familyName(font, 0);
+        if (name.empty() || name.find(',') != std::string::npos) continue;
+        bool& known = writing[name];
+        known = known || writes(font, language);
+    }
+    std::vector<std::string> ordered;
+    ordered.reserve(writing.size());
+    for (const auto& [name, writesLanguage] : writing) ordered.push_back(name);
+    std::sort(ordered.begin(), ordered.end(),
+              [](const std::string& a, const std::string& b) { return compareLetters(a, b) < 0; });
     std::stable_partition(ordered.begin(), ordered.end(),
-                          [&writing](const std::string& family) { return writing.contains(family); });
+                          [&writing](const std::string& name) { return writing[name]; });
     return ordered;
 }
 
-const std::string& FontCatalog::resolve(const std::string& family) const {
-    if (const auto name = names_.find(family); name != names_.end()) return *name;
-    constexpr std::pair<const char*, int> kGeneric[] = {{"Serif", 1}, {"Monospace", 2}, {"Mono", 2}};
-    for (const auto& [name, index] : kGeneric) {
-        if (FcStrCmpIgnoreCase(fontconfigText(family.c_str()), fontconfigText(name)) == 0) return defaultFamily(index);
+std::string FontCatalog::resolve(const std::string& family) const {
+    for (const FcPattern* font : allFonts()) {
+        std::string name = familyName(font, 0);
+        for (int next = 1; !name.empty(); name = familyName(font, next++))
+            if (compareLetters(name, family) == 0) return name;
     }
+    constexpr std::pair<const char*, int> kGeneric[] = {{"Serif", 1}, {"Monospace", 2}, {"Mono", 2}};
+    for (const auto& [name, index] : kGeneric)
+        if (compareLetters(family, name) == 0) return defaultFamily(index);
     return defaultFamily(0);
 }
 
@@ -95,36 +150,17 @@ const std::string& FontCatalog::defaultFamily(int index) const {
     return defaults_[index == 1 || index == 2 ? static_cast<std::size_t>(index) : 0];
 }
 
-bool FontCatalog::CaseBlind::operator()(const std::string& a, const std::string& b) const {
-    return FcStrCmpIgnoreCase(fontconfigText(a.c_str()), fontconfigText(b.c_str())) < 0;
-}
-
-void FontCatalog::listFamilies() {
-    // Most fonts share their family with others, and comparing bytes is quicker than comparing letters.
-    std::set<std::string> firstNames;
-    std::set<std::string> names;
-    forEachFont(config_, [&](const FcPattern* font) {
-        std::string name = familyName(font, 0);
-        if (name.find(',') == std::string::npos) firstNames.insert(name);
-        for (int n = 1; !name.empty(); name = familyName(font, n++)) names.insert(std::move(name));
-    });
-    firstNames.erase("");
-    families_.assign(firstNames.begin(), firstNames.end());
-    std::sort(families_.begin(), families_.end(), CaseBlind{});
-    names_.insert(names.begin(), names.end());
-}
-
-std::string FontCatalog::chooseDefault(const char* generic, const std::vector<std::string>& preferred) const {
-    for (const std::string& family : preferred) {
-        if (names_.contains(family)) return family;
+std::string FontCatalog::sample(const std::string& family) const {
+    std::string sample;
+    for (const FcPattern* font : allFonts()) {
+        FcCharSet* characters = nullptr;
+        if (familyName(font, 0) != family) continue;
+        if (FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch) continue;
+        if (hasLetters(characters, family)) return {};
+        if (sample.empty()) sample = firstCharacters(characters, isOwnLetter);
+        if (sample.empty()) sample = firstCharacters(characters, isSign);
     }
-    const PatternPtr wanted(FcPatternCreate());
-    FcPatternAddString(wanted.get(), FC_FAMILY, fontconfigText(generic));
-    FcConfigSubstitute(config(), wanted.get(), FcMatchPattern);
-    FcDefaultSubstitute(wanted.get());
-    FcResult result = FcResultNoMatch;
-    const PatternPtr found(FcFontMatch(config(), wanted.get(), &result));
-    return found == nullptr ? generic : familyName(found.get(), 0);
+    return sample;
 }
 
 }  // namespace host

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <fontconfig/fontconfig.h>
-
 #include <array>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -15,11 +12,8 @@ class FontCatalog {
 public:
     FontCatalog();
 
-    /// The fonts and rules in use; borrowed, never null.
-    [[nodiscard]] FcConfig* config() const { return config_; }
-
-    /// False, told once on standard error, when the machine has no font at all.
-    [[nodiscard]] bool empty() const { return families_.empty(); }
+    /// True, told once on standard error, when the machine has no font at all.
+    [[nodiscard]] bool empty() const { return empty_; }
 
     /// First those that can write the language, a code such as "de", then the others; both sorted without regard to
     /// case. A font counts under its first name only. Names with a comma, which cannot stand in a "Name,Size" string,
@@ -28,22 +22,17 @@ public:
 
     /// The family to use for a name that was asked for: the name itself where a font has it among its names (in
     /// any case), the default one of its kind for "Sans", "Serif" and "Monospace", else default number 0.
-    [[nodiscard]] const std::string& resolve(const std::string& family) const;
+    [[nodiscard]] std::string resolve(const std::string& family) const;
 
     /// 0 sans, 1 serif, 2 monospaced; any other is 0.
     [[nodiscard]] const std::string& defaultFamily(int index) const;
 
+    /// A few characters that show a family which has no letters for its own name, such as one for another script or
+    /// for symbols. Empty for a family that can show its name, and for an unknown one.
+    [[nodiscard]] std::string sample(const std::string& family) const;
+
 private:
-    struct CaseBlind {
-        bool operator()(const std::string& a, const std::string& b) const;
-    };
-
-    void listFamilies();
-    [[nodiscard]] std::string chooseDefault(const char* generic, const std::vector<std::string>& preferred) const;
-
-    FcConfig* config_;
-    std::set<std::string, CaseBlind> names_;
-    std::vector<std::string> families_;
+    bool empty_;
     std::array<std::string, 3> defaults_;
 };
 

@@ -28,6 +28,11 @@ void Paint::blend(std::uint8_t* pixel, int amount) const {
     }
 }
 
+void Paint::blend(std::uint8_t* pixels, const std::uint8_t* amounts, int count) const {
+    for (int i = 0; i < count; ++i)
+        if (amounts[i] != 0) blend(pixels + std::ptrdiff_t{i} * channels_, amounts[i]);
+}
+
 void fillArea(Framebuffer& buffer, Rect area, Rgb colour) {
     const Rect inside = area.intersected(buffer.bounds());
     if (inside.empty()) return;

@@ -18,6 +18,8 @@ public:
     void fill(std::uint8_t* pixels, int count) const;
     /// Lays the colour over one pixel, 0 (nothing) to 255 (all) of it.
     void blend(std::uint8_t* pixel, int amount) const;
+    /// The same for pixels of a row, each by its own amount.
+    void blend(std::uint8_t* pixels, const std::uint8_t* amounts, int count) const;
 
 private:
     std::uint8_t bytes_[3];

@@ -1,6 +1,7 @@
 #include "platform/host/screen/screen.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -103,7 +104,12 @@ void Screen::tint(Point topLeft, const Coverage& coverage, Rect clip, Rgb colour
     const Rect shape{topLeft.x, topLeft.y, coverage.size.w, coverage.size.h};
     const Rect area = shape.intersected(clip).intersected(buffer_.bounds());
     if (area.empty()) return;
-    tintArea(buffer_, topLeft, coverage, area, colour);
+    const Paint paint(colour, buffer_.format());
+    for (int y = area.y; y < area.bottom(); ++y) {
+        const std::ptrdiff_t row = std::ptrdiff_t{y} - topLeft.y;
+        const std::ptrdiff_t left = std::ptrdiff_t{area.x} - topLeft.x;
+        paint.blend(buffer_.at(area.x, y), coverage.rows + row * coverage.stride + left, area.w);
+    }
     changed(area);
 }
 

@@ -1,15 +1,23 @@
 #pragma once
 
+#include <cstdint>
+
 #include "platform/host/base/geometry.h"
 #include "platform/host/screen/bitmap_record.h"
 #include "platform/host/screen/damage.h"
 #include "platform/host/screen/frame_painter.h"
 #include "platform/host/screen/framebuffer.h"
 #include "platform/host/screen/ink.h"
-#include "platform/host/screen/tint.h"
 #include "platform/splines.h"
 
 namespace host {
+
+/// Antialiased shape of one colour: `size.w` × `size.h` bytes of coverage, rows `stride` bytes apart.
+struct Coverage {
+    const std::uint8_t* rows;
+    int stride;
+    Size size;
+};
 
 /// The screen buffer and everything that draws into it. Every call clips at all four sides and takes
 /// coordinates and sizes of any value. Owned by the Toolkit.

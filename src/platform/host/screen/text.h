@@ -20,7 +20,6 @@ struct font_s {
 
 namespace host {
 
-enum class Align { Start, Centre, End };
 enum class Wrap { Words, None };
 
 /// How a text is laid out. Start is the side at which the text's script begins. With Wrap::None a line that
@@ -56,18 +55,12 @@ public:
     /// Broken UTF-8 shows as replacement characters. A glyph is at most 1,000 pixels high, whatever the font's size.
     void draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style);
 
-    /// Lays a text out as `draw` with Wrap::Words does in a box of that width. With a height, the lines that fit it, at
-    /// least one; the last one ends in an ellipsis where more would follow.
-    [[nodiscard]] TextBlock layOut(std::string_view utf8, const font_s& font, int width,
-                                   std::optional<int> height = std::nullopt);
-    /// Draws what lies inside `clip` of those lines of a laid-out text whose top left corner is at `topLeft`.
-    void draw(Screen& screen, Point topLeft, const TextBlock& block, Rect clip, Rgb colour, LineSpan lines = {});
+    /// Lays a text out as `draw` with Wrap::Words does in a box of that width.
+    [[nodiscard]] TextBlock layOut(std::string_view utf8, const font_s& font, int width);
 
     /// Lays a text out on one line in the largest size, up to the font's own, in which it fits; at the smallest size it
     /// may not. The font takes that size.
     [[nodiscard]] TextBlock fitLine(std::string_view utf8, font_s& font, Size room, int smallest);
-    /// Draws such a line as `draw` with Wrap::None does, without laying it out again where it has room.
-    void drawLine(Screen& screen, Rect box, const TextBlock& line, Align align, Rgb colour);
 
     /// Pixels that the text takes in a box of that width (0: as wide as it likes, lines broken only at line ends).
     [[nodiscard]] Size measure(std::string_view utf8, const font_s& font, int width);

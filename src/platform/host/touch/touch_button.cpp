@@ -75,9 +75,9 @@ void TouchButton::paintFace(const Desk& desk, Rect inside) {
     const int margin = desk.device.designToPixel(kLabelMargin);
     const Rect room{inside.x + margin, inside.y, inside.w - 2 * margin, inside.h};
     font_s font{face_.font.family, fittedSize_ > 0 ? fittedSize_ : face_.font.size};
-    const TextBlock label = desk.text.fitLine(face_.label, font, room.size(), kSmallestFont);
+    TextBlock label = desk.text.fitLine(face_.label, font, room.size(), kSmallestFont);
     fittedSize_ = font.size;
-    desk.text.drawLine(desk.screen, room, label, Align::Centre, pressed_ ? kWhite : kBlack);
+    label.drawInside(desk.screen, room, Align::Centre, pressed_ ? kWhite : kBlack);
 }
 
 }  // namespace host
