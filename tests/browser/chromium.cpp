@@ -6,13 +6,13 @@
 #include <stdexcept>
 
 #include "platform/host/files/surface_picture.h"
-#include "platform/host/record/trace.h"
+#include "platform/host/record/json.h"
 
 namespace {
 
 constexpr const char* kProgram = "/usr/bin/chromium";
 
-std::string inQuotes(const std::string& text) { return host::Trace::quoted(text); }
+std::string inQuotes(const std::string& text) { return host::jsonQuoted(text); }
 
 /// The string value of a field; empty when there is none. Escapes are left as they are.
 std::string jsonField(const std::string& json, const std::string& name) {

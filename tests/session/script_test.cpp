@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "desk/world.h"
+#include "platform/host/record/json.h"
 
 namespace host::test {
 namespace {
@@ -27,7 +28,7 @@ protected:
             world.loop.enter({entry, [this] { world.loop.setHandler(World::application); }});
         };
         const auto create = [enter] { enter("create"); };
-        const auto open = [enter](const std::string& picture) { enter("open " + Trace::quoted(picture)); };
+        const auto open = [enter](const std::string& picture) { enter("open " + jsonQuoted(picture)); };
         return {world.loop, world.modals, world.screen, world.panel, create, open};
     }
 

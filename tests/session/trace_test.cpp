@@ -8,13 +8,13 @@ namespace host {
 namespace {
 
 TEST(TraceStrings, EscapeOnlyWhatJsonAsksForAndAreReadBack) {
-    EXPECT_EQ(Trace::quoted("/\"\\\b\f\n\r\t"), R"("/\"\\\b\f\n\r\t")");
-    EXPECT_EQ(Trace::quoted(std::string("\x01\x1f\0\x7f", 4)), "\"\\u0001\\u001f\\u0000\x7f\"");
-    EXPECT_EQ(Trace::quoted("\xE2\x82z\xF0\x9F\x98\""), "\"\uFFFDz\uFFFD\\\"\"") << "broken UTF-8";
+    EXPECT_EQ(jsonQuoted("/\"\\\b\f\n\r\t"), R"("/\"\\\b\f\n\r\t")");
+    EXPECT_EQ(jsonQuoted(std::string("\x01\x1f\0\x7f", 4)), "\"\\u0001\\u001f\\u0000\x7f\"");
+    EXPECT_EQ(jsonQuoted("\xE2\x82z\xF0\x9F\x98\""), "\"\uFFFDz\uFFFD\\\"\"") << "broken UTF-8";
 
     std::string text = "\u0080\u07FF\u0800\uFFFD\U00010000\U0010FFFF";
     for (int byte = 1; byte < 0x80; ++byte) text += static_cast<char>(byte);
-    const std::string quoted = Trace::quoted(text) + " rest";
+    const std::string quoted = jsonQuoted(text) + " rest";
     std::string_view input = quoted;
     std::string back;
     std::string error;

@@ -7,6 +7,7 @@
 #include "platform/device.h"
 #include "platform/host/explorer/explorer.h"
 #include "platform/host/files/picture_file.h"
+#include "platform/host/record/json.h"
 #include "platform/host/session/script.h"
 #include "platform/host/toolkit.h"
 
@@ -55,7 +56,7 @@ void Controller::Run(int /*mode*/, ICallback* callback) {
     };
     const auto open = [&kit, callback](const std::string& path) {
         kit.saveFailed = false;
-        kit.loop.enter({"open " + host::Trace::quoted(path), [callback, path] { callback->open(path); }});
+        kit.loop.enter({"open " + host::jsonQuoted(path), [callback, path] { callback->open(path); }});
     };
     const auto leave = [&kit] { kit.loop.stop(0); };
     host::Explorer explorer(kit.desk, kit.storage, {create, open, leave, [&kit] { return kit.saveFailed; }});

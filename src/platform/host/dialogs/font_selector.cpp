@@ -8,7 +8,7 @@
 
 #include "platform/host/dialogs/font_list.h"
 #include "platform/host/dialogs/font_selector_geometry.h"
-#include "platform/host/record/trace.h"
+#include "platform/host/record/json.h"
 #include "platform/host/touch/sheet.h"
 #include "platform/host/touch/touch_button.h"
 
@@ -52,7 +52,7 @@ std::vector<int> offeredSizes(int current) {
 /// The callback gets strings that it may write to; they live during the call.
 Callback answerWith(font_callback_t callback, std::string font) {
     FontChoice choice(font);
-    std::string entry = "font " + Trace::quoted(font);
+    std::string entry = "font " + jsonQuoted(font);
     return {std::move(entry), [callback, font = std::move(font), choice = std::move(choice)]() mutable {
                 std::string style;
                 callback(font.data(), choice.name.data(), choice.size.data(), style.data());

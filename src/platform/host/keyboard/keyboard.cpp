@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/host/record/trace.h"
+#include "platform/host/record/json.h"
 #include "platform/host/touch/pointer_event.h"
 
 namespace host {
@@ -134,7 +134,7 @@ void Keyboard::confirm() {
 
 void Keyboard::finish() {
     if (request_.callback == nullptr) return close(std::nullopt);
-    close(Callback{"keyboard " + Trace::quoted(contentOf(request_.buffer)),
+    close(Callback{"keyboard " + jsonQuoted(contentOf(request_.buffer)),
                    [callback = request_.callback, buffer = request_.buffer] { callback(buffer); }});
 }
 

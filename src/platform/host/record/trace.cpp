@@ -69,8 +69,6 @@ void Trace::leave(int result) {
     end();
 }
 
-std::string Trace::quoted(std::string_view text) { return jsonQuoted(text); }
-
 void Trace::end() {
     line_ += '\n';
     if (writeAll(file_, line_)) return;

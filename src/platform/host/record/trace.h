@@ -65,9 +65,6 @@ public:
         end();
     }
 
-    /// A JSON string, with '/' and non-ASCII left as they are and broken UTF-8 as replacement characters.
-    [[nodiscard]] static std::string quoted(std::string_view text);
-
 private:
     template <typename... Arguments>
     void begin(std::string_view mark, std::string_view name, const Arguments&... arguments) {
