@@ -101,5 +101,17 @@ INSTANTIATE_TEST_SUITE_P(All, WrongLines,
                              {"font \"Sans,10\"", "no font selector is open"},
                              {"cancel", "nothing is open to cancel"}}));
 
+TEST(StandardStreams, ThatAreClosedLeaveTheirPlaceToNoFile) {
+    const TemporaryFolder folder;
+    const std::string picture = folder.write("damaged.bmp", "BM");
+    const std::string script = folder.write("open.session", "open \"" + picture + "\"\n");
+    const std::string trace = folder / "trace";
+    const std::string command = "'" COLOUR_PROGRAM "' --display headless --storage '" + folder.path().string() +
+                                "' --script '" + script + "' --trace '" + trace + "' <&- >&- 2>&-";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    EXPECT_NE(contentOf(trace).find("LoadBitmap"), std::string::npos);
+    EXPECT_EQ(contentOf(trace).find("colour: "), std::string::npos) << "a message";
+}
+
 }  // namespace
 }  // namespace host::test

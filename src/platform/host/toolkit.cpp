@@ -1,5 +1,6 @@
 #include "platform/host/toolkit.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -76,6 +77,12 @@ Toolkit::Toolkit(Options chosen)
       modals(screen, panel, *display),
       loop(options.device.bounds().size(), wayBack(options.device), clock, *display, panel, modals, trace),
       desk{options.device, screen, panel, text, theme, languages} {}
+
+void openStandardStreams() {
+    int opened = 0;
+    while (opened >= 0 && opened <= STDERR_FILENO) opened = open("/dev/null", O_RDWR);
+    if (opened >= 0) close(opened);
+}
 
 void makeToolkit(Options options) {
     instance = std::make_unique<Toolkit>(std::move(options));

@@ -46,6 +46,10 @@ public:
     bool saveFailed = false;  ///< the last time that the open picture was to be saved
 };
 
+/// Opens those of the three standard streams that are closed, onto nothing. Otherwise whatever is opened next (a trace,
+/// a picture, the display's connection) would take their place and receive messages.
+void openStandardStreams();
+
 /// Makes the process's toolkit from its options. One that cannot be met is one line on standard error and ends the
 /// process with status 2.
 void makeToolkit(Options options);

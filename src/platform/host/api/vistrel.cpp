@@ -20,7 +20,7 @@ host::Instant dueIn(int milliseconds) {
 }  // namespace
 
 // The toolkit itself is made when the explorer has read the command line; nothing asks for the screen before that.
-void InitVistrel(const char* /*reserved*/) {}
+void InitVistrel(const char* /*reserved*/) { host::openStandardStreams(); }
 
 event_handler_t SetEventHandler(event_handler_t handler) {
     toolkit().trace.call("SetEventHandler");
