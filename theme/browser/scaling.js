@@ -3,6 +3,7 @@
 
 const WHOLE = 256;  // what the weights of one pixel add up to: sums of products stay whole numbers of 31 bits
 const OPAQUE = 0xff000000;
+const MIXED = 0;  // no colour, since all are opaque
 
 /** In one direction: which source pixels (first, up to end) each scaled pixel covers, and how much each counts. */
 class Axis {
@@ -34,6 +35,17 @@ class Axis {
     }
 }
 
+/** The colour of all pixels of that rectangle, as on paper nearly everywhere, or MIXED. */
+function evenColour({width, pixels}, left, right, top, bottom) {
+    const first = pixels[top * width + left];
+    for (let y = top; y < bottom; ++y) {
+        for (let x = left; x < right; ++x) {
+            if (pixels[y * width + x] !== first) return MIXED;
+        }
+    }
+    return first;
+}
+
 export class Scaler {
     #source;
     #columns;
@@ -52,24 +64,16 @@ export class Scaler {
         const [top, bottom] = this.#rows.showing(y, height);
         const image = new ImageData(right - left, bottom - top);
         const into = new Uint32Array(image.data.buffer);
+        const {first, end} = this.#columns;
         let i = 0;
         for (let row = top; row < bottom; ++row) {
-            for (let column = left; column < right; ++column) into[i++] = this.#pixel(column, row);
-        }
-        return {x: left, y: top, image};
-    }
-
-    #pixel(column, row) {
-        const {width, pixels} = this.#source;
-        const [left, right] = [this.#columns.first[column], this.#columns.end[column]];
-        const [top, bottom] = [this.#rows.first[row], this.#rows.end[row]];
-        const first = pixels[top * width + left];
-        for (let y = top; y < bottom; ++y) {
-            for (let x = left; x < right; ++x) {
-                if (pixels[y * width + x] !== first) return this.#blend(column, row);
+            const [start, stop] = [this.#rows.first[row], this.#rows.end[row]];
+            for (let column = left; column < right; ++column) {
+                const colour = evenColour(this.#source, first[column], end[column], start, stop);
+                into[i++] = colour === MIXED ? this.#blend(column, row) : colour;
             }
         }
-        return first;  // paper, nearly everywhere
+        return {x: left, y: top, image};
     }
 
     #blend(column, row) {
