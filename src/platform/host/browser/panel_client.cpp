@@ -4,7 +4,6 @@
 #include <sys/ioctl.h>
 
 #include <boost/asio/buffer.hpp>
-#include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/websocket.hpp>
 #include <utility>
 
@@ -71,15 +70,17 @@ void PanelClient::proceed() {
 
 void PanelClient::listen() {
     listening_ = true;
-    socket_.async_read(heard_, [self = shared_from_this()](error_code error, std::size_t) {
+    const asio::mutable_buffer rest = asio::buffer(heard_) + heardBytes_;
+    socket_.async_read_some(rest, [self = shared_from_this()](error_code error, std::size_t bytes) {
         self->listening_ = false;
-        error ? self->leave() : self->hear();
+        self->heardBytes_ += bytes;
+        if (error) return self->leave();
+        if (self->socket_.is_message_done()) self->hear();
     });
 }
 
 void PanelClient::hear() {
-    const std::string bytes = beast::buffers_to_string(heard_.data());
-    heard_.clear();
+    const std::string_view bytes(heard_.data(), std::exchange(heardBytes_, 0));
     std::optional<Message> message;
     if (socket_.got_binary()) message = readMessage(bytes, stage_.size);
     if (!message) {

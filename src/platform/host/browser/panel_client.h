@@ -1,8 +1,8 @@
 #pragma once
 
+#include <array>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http/message.hpp>
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/websocket/stream.hpp>
@@ -52,7 +52,9 @@ private:
     std::chrono::milliseconds patience_;
     Phase phase_ = Phase::Opening;
     int id_;
-    boost::beast::flat_buffer heard_;
+    /// Of the message that is coming, which the library inflates right only where all of it has room.
+    std::array<char, kLargestMessage + 1> heard_;
+    std::size_t heardBytes_ = 0;
     bool listening_ = false;
     std::string message_;  ///< on its way
     bool sending_ = false;
