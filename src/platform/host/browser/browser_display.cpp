@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
@@ -53,6 +54,7 @@ private:
     void limit(std::ptrdiff_t most, bool strangersOnly);
 
     boost::asio::io_context io_{1};
+    boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work_{io_.get_executor()};
     tcp::acceptor acceptor_{io_};
     boost::asio::steady_timer rest_{io_};
     bool accepting_ = false;
