@@ -14,6 +14,8 @@ constexpr const char* kProgram = "/usr/bin/chromium";
 
 std::string inQuotes(const std::string& text) { return host::jsonQuoted(text); }
 
+std::string place(host::Point at) { return "\"x\":" + std::to_string(at.x) + ",\"y\":" + std::to_string(at.y); }
+
 /// The string value of a field; empty when there is none. Escapes are left as they are.
 std::string jsonField(const std::string& json, const std::string& name) {
     const std::string key = inQuotes(name) + ":\"";
@@ -52,28 +54,42 @@ std::string Chromium::command(const std::string& method, const std::string& para
     throw std::runtime_error("chromium has ended");
 }
 
-void Chromium::open(const std::string& address, host::Size window) {
-    const std::string size = "\"width\":" + std::to_string(window.w) + ",\"height\":" + std::to_string(window.h);
+void Chromium::open(const std::string& address, const Window& window) {
+    session_.clear();
     const std::string target = jsonField(command("Target.createTarget", R"("url":"about:blank")"), "targetId");
     const std::string attach = R"("flatten":true,"targetId":)" + inQuotes(target);
     session_ = jsonField(command("Target.attachToTarget", attach), "sessionId");
-    command("Emulation.setDeviceMetricsOverride", size + R"(,"deviceScaleFactor":1,"mobile":false)");
+    const std::string phone = window.isPhone ? "true" : "false";
+    command("Emulation.setDeviceMetricsOverride",
+            "\"width\":" + std::to_string(window.size.w) + ",\"height\":" + std::to_string(window.size.h) +
+                ",\"deviceScaleFactor\":" + std::to_string(window.ratio) + ",\"mobile\":" + phone);
+    command("Emulation.setTouchEmulationEnabled", "\"enabled\":" + phone);
     command("Page.navigate", "\"url\":" + inQuotes(address));
 }
 
 std::string Chromium::evaluate(const std::string& expression) {
-    return jsonField(command("Runtime.evaluate", "\"expression\":" + inQuotes("String(" + expression + ")")), "value");
+    const std::string script = "(async () => String(await (" + expression + ")))()";
+    return jsonField(command("Runtime.evaluate", R"("awaitPromise":true,"expression":)" + inQuotes(script)), "value");
 }
 
-void Chromium::mouse(const std::string& type, host::Point at) {
-    command("Input.dispatchMouseEvent", "\"type\":" + inQuotes(type) + ",\"x\":" + std::to_string(at.x) + ",\"y\":" +
-                                            std::to_string(at.y) + R"(,"button":"left","buttons":1,"clickCount":1)");
+void Chromium::mouse(const std::string& type, host::Point at, const std::string& pointer) {
+    command("Input.dispatchMouseEvent", "\"type\":" + inQuotes(type) + "," + place(at) + ",\"pointerType\":" +
+                                            inQuotes(pointer) + R"(,"button":"left","buttons":1,"clickCount":1)");
 }
 
-void Chromium::strike(const std::string& key) {
+void Chromium::touch(const std::string& type, const std::vector<host::Point>& fingers) {
+    std::string points;
+    for (const host::Point at : fingers) points += (points.empty() ? "{" : ",{") + place(at) + "}";
+    command("Input.dispatchTouchEvent", "\"type\":" + inQuotes(type) + ",\"touchPoints\":[" + points + "]");
+}
+
+void Chromium::strike(const std::string& key, const std::string& text) {
     for (const char* type : {"keyDown", "keyUp"})
-        command("Input.dispatchKeyEvent", "\"type\":" + inQuotes(type) + ",\"key\":" + inQuotes(key));
+        command("Input.dispatchKeyEvent",
+                "\"type\":" + inQuotes(type) + ",\"key\":" + inQuotes(key) + ",\"text\":" + inQuotes(text));
 }
+
+void Chromium::insert(const std::string& text) { command("Input.insertText", "\"text\":" + inQuotes(text)); }
 
 host::BitmapPtr Chromium::screenshot() {
     const std::string encoded = jsonField(command("Page.captureScreenshot", R"("format":"png")"), "data");

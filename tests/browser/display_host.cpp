@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "screen/pixels.h"
 #include "support/input_words.h"
 
 host::BrowserSettings browserSettings() {
@@ -63,14 +62,4 @@ std::string DisplayHost::input(std::chrono::milliseconds limit) {
     std::string first = std::move(inputs_.front());
     inputs_.pop_front();
     return first;
-}
-
-std::string DisplayHost::picture() {
-    std::string pixels;
-    for (const host::Point at : host::everyPixel(shown_.size())) {
-        const host::Rgb colour = host::colourAt(shown_, at);
-        for (const int shift : {16, 8, 0}) pixels += static_cast<char>(colour >> shift);
-        pixels += '\0';
-    }
-    return pixels;
 }

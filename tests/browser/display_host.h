@@ -29,8 +29,7 @@ public:
     /// The next input in words; "nothing" when none comes in time.
     std::string input(std::chrono::milliseconds limit = std::chrono::seconds(30));
 
-    /// The panel's picture, 4 bytes a pixel, the last of them 0.
-    std::string picture();
+    [[nodiscard]] const host::Framebuffer& picture() const { return shown_; }
 
     std::string address;  ///< as printed
     int port = 0;

@@ -1,130 +1,211 @@
 #include <gmock/gmock.h>
 
+#include <boost/asio/write.hpp>
 #include <random>
 
-#include "browser/display_host.h"
-#include "browser/vnc_peer.h"
-#include "support/temporary_folder.h"
+#include "browser/peer.h"
 
 using namespace host;
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
-using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace {
 
+using Action = Peer::Action;
+using Kind = Peer::Kind;
+
 constexpr Size kSmall{101, 47};  // odd, so that padding of rows cannot hide
 constexpr Rect kLarge{0, 0, 1404, 1872};
+constexpr std::size_t kBand = 9 + 65536;
 
 TEST(BrowserPicture, IsExactlyThePanels) {
     const std::pair<Size, PixelFormat> panels[] = {
-        {kSmall, PixelFormat::Rgb24},
-        {kSmall, PixelFormat::Grey8},
-        {kLarge.size(), PixelFormat::Rgb24}};  // more than any buffer on the way holds
+        {kSmall, PixelFormat::Rgb24}, {kSmall, PixelFormat::Grey8}, {kLarge.size(), PixelFormat::Rgb24}};
     for (const auto& [size, format] : panels) {
         DisplayHost display(size, format);
         display.presentNoise({0, 0, size.w, size.h});
-        VncPeer peers[] = {VncPeer(display.port), VncPeer(display.port)};
-        for (VncPeer& peer : peers) {
-            EXPECT_TRUE(peer.readPicture() == display.picture());
-            peer.request(true, {0, 0, size.w, size.h});
+        Peer plain(display, false);
+        Peer compressed(display);
+        for (Peer* const peer : {&plain, &compressed}) {
+            EXPECT_LE(peer->hearPixels(size.w * size.h), kBand);
+            EXPECT_TRUE(*peer->picture == display.picture());
         }
         display.presentNoise({7, 3, 24, 25});
-        for (VncPeer& peer : peers) EXPECT_THAT(peer.readUpdate(), ElementsAre(Rect{7, 3, 24, 25}));
-        EXPECT_TRUE(peers[0].readPicture() == display.picture());
+        for (Peer* const peer : {&plain, &compressed}) {
+            peer->hear();
+            EXPECT_EQ(peer->area, (Rect{7, 3, 24, 25}));
+            EXPECT_TRUE(*peer->picture == display.picture());
+        }
     }
 }
 
-TEST(BrowserPointer, BelongsToOneClientUntilItLeavesAndStaysOnThePanel) {
-    DisplayHost display(kSmall);
-    VncPeer first(display.port);
-    VncPeer second(display.port);
-    first.pointer(0, {1, 1});
-    first.pointer(2, {2, 2});  // another button
-    first.pointer(1, {3, 4});
-    first.pointer(1, {500, 600});
-    for (const char* expected : {"down 3,4", "move 100,46"}) EXPECT_EQ(display.input(), expected);
-    second.pointer(1, {20, 21});
-    second.pointer(0, {20, 21});
-    EXPECT_EQ(display.input(100ms), "nothing");
-    first.pointer(1, {10, 11});
-    first.leave();
-    for (const char* expected : {"move 10,11", "up 10,11"}) EXPECT_EQ(display.input(), expected);
-    second.pointer(1, {30, 31});
-    EXPECT_EQ(display.input(), "down 30,31");
+TEST(BrowserPicture, ShowsInkBeforeTheRestOfAPage) {
+    DisplayHost display(kLarge.size());
+    Peer peer(display);
+    display.presentNoise(kLarge);  // more than the system keeps for a client that does not read
+    display.presentNoise({700, 900, 24, 24});
+    int before = 0;
+    while (peer.area != Rect{700, 900, 24, 24}) {
+        ASSERT_FALSE(peer.hear().empty());
+        before += peer.area.w * peer.area.h;
+    }
+    EXPECT_LT(before, kLarge.w * kLarge.h);
+    peer.hearPixels(kLarge.w * kLarge.h - before);
+    EXPECT_TRUE(*peer.picture == display.picture());
 }
 
-TEST(BrowserDisturbance, RubbishAndHalfMessagesHoldNobodyUp) {
+TEST(BrowserPointer, StaysOnThePanelAndOthersAreTold) {
     DisplayHost display(kSmall);
-    VncPeer good(display.port);
-    Peer silent(display.port);
-    Peer halfRequest(display.port);
-    halfRequest.send("GE");
-    Peer halfVersion(display.port);
-    halfVersion.send("RFB");
-    VncPeer halfMessage(display.port);
-    halfMessage.send("\5");
+    Peer first(display);
+    Peer second(display);
+    first.pointer(Action::Down, 3.99F, 4.0F);
+    EXPECT_EQ(display.input(), "down 3,4");
+    second.pointer(Action::Down, 20, 21);
+    EXPECT_EQ(second.hear(), std::string("\3\1", 2));
+    second.pointer(Action::Up, 20, 21);
+    first.pointer(Action::Move, -1, 1e9F);
+    EXPECT_EQ(display.input(), "move 0,46");
+    boost::system::error_code ignored;
+    first.socket.next_layer().close(ignored);
+    EXPECT_EQ(display.input(), "up 0,46");
+    EXPECT_EQ(second.hear(), std::string("\3\0", 2));
+    second.pointer(Action::Down, 100.5F, 46.5F);
+    EXPECT_EQ(display.input(), "down 100,46");
+}
+
+TEST(BrowserKeyboard, IsHeardWhileTextIsTaken) {
+    DisplayHost display(kSmall);
+    Peer peer(display);
+    peer.say("\3lost");
+    peer.pointer(Action::Down, 1, 1);
+    EXPECT_EQ(display.input(), "down 1,1");
+    display.run([](Display& shown, Framebuffer&) { shown.setTextInput(true, {-3, 258, 30, 4}); });
+    EXPECT_EQ(peer.hear(), std::string("\4\1\xFD\xFF\2\1\x1E\0\4\0", 10));
+    const std::string longest(4096, 'a');  // compressed to a few bytes
+    peer.say("\3" + longest);
+    EXPECT_EQ(display.input(), "text " + longest);
+    peer.say("\3w\xC3\xB6rld \xE6\xBC\xA2");
+    peer.say(std::string("\2\12", 2));
+    EXPECT_EQ(display.input(), "text wörld 漢");
+    EXPECT_EQ(display.input(), "key " + std::to_string(static_cast<int>(Key::End)));
+    display.run([](Display& shown, Framebuffer&) { shown.setTextInput(false, {}); });
+    EXPECT_EQ(peer.hear(), std::string("\4\0\0\0\0\0\0\0\0\0", 10));
+}
+
+/// Somebody draws while others disturb; each of these is seen to go on at once.
+class BrowserDisturbance : public testing::Test {
+protected:
+    void SetUp() override {
+        hand_.pointer(Action::Down, 0, 0);
+        EXPECT_EQ(display_.input(), "down 0,0");
+    }
+
+    void TearDown() override { drawOn(); }
+
+    void drawOn() {
+        ++step_;
+        const auto start = steady_clock::now();
+        hand_.pointer(Action::Move, static_cast<float>(step_ % kLarge.w), 1);
+        EXPECT_EQ(display_.input(), "move " + std::to_string(step_ % kLarge.w) + ",1");
+        EXPECT_LT(steady_clock::now() - start, 1s);
+    }
+
+    static BrowserSettings impatient() {
+        BrowserSettings settings = browserSettings();
+        settings.patience = 2s;
+        return settings;
+    }
+
+    DisplayHost display_{kLarge.size(), PixelFormat::Rgb24, impatient()};
+    Peer hand_{display_};
+    int step_ = 0;
+};
+
+TEST_F(BrowserDisturbance, StrangersStayOutside) {
+    const std::string upgrade =
+        "Upgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Version: 13\r\nSec-WebSocket-Key: "
+        "dGhlIHNhbXBsZSBub25jZQ==\r\n";
+    const std::string cookie = cookieOf(display_);
+    const std::string wrong = "Cookie: colour-" + std::to_string(display_.port) + "=" + std::string(64, '0') + "\r\n";
+    const auto panel = [&](const std::string& headers) {
+        drawOn();
+        return get(display_.port, "/panel", headers + upgrade).substr(9, 3);
+    };
+    EXPECT_EQ(panel("Host: localhost\r\nOrigin: http://evil.example\r\n" + cookie), "403");
+    EXPECT_EQ(panel("Host: evil.example\r\nOrigin: http://evil.example\r\n" + cookie), "403");
+    EXPECT_EQ(panel("Host: localhost:6080\r\nOrigin: http://localhost\r\n" + cookie), "403");
+    EXPECT_EQ(panel("Host: localhost\r\n" + cookie), "403");
+    EXPECT_EQ(panel("Host: localhost\r\nOrigin: http://localhost\r\n"), "403");
+    EXPECT_EQ(panel("Host: localhost\r\nOrigin: http://localhost\r\n" + wrong), "403");
+}
+
+TEST_F(BrowserDisturbance, WhoSpeaksWronglyIsSentAway) {
+    const std::string place(8, '\0');
+    const std::string wrong[] = {"\7",
+                                 "",
+                                 "\1",
+                                 std::string("\2\13", 2),
+                                 std::string("\2\1\1", 3),
+                                 "\3",
+                                 "\3\xFF",
+                                 "\3" + std::string(4097, 'a'),
+                                 std::string("\1\3\0\1\0\0\0", 7) + place,
+                                 std::string("\1\0\3\1\0\0\0", 7) + place,
+                                 std::string("\1\0\0\1\0\0\0", 7) + place + place,
+                                 std::string("\1\1\0\1\0\0\0", 7) + place + "\1",
+                                 std::string("\1\1\0\1\0\0\0\0\0\xC0\x7F", 11) + std::string(4, '\0')};
+    for (const std::string& message : wrong) {
+        Peer peer(display_);
+        peer.say(message);
+        EXPECT_EQ(peer.hearEnd(), 1002) << testing::PrintToString(message);
+        drawOn();
+    }
+    Peer inText(display_);
+    inText.socket.text(true);
+    inText.say("\3a");
+    EXPECT_EQ(inText.hearEnd(), 1002);
+    Peer tooLong(display_);
+    tooLong.say(std::string("\1\1\0\1\0\0\0", 7) + std::string(8192, '\0'));
+    EXPECT_EQ(tooLong.hearEnd(), 1009);
     std::mt19937 random(3);
-    // Rubbish from the start, instead of a password's answer, and among a client's messages.
-    const std::string beginnings[] = {"", "RFB 003.008\n", "RFB 003.008\n\1\1"};
-    for (std::size_t round = 0; round < 100; ++round) {
+    for (int round = 0; round < 60; ++round) {
         std::string rubbish(1 + random() % 300, '\0');
         for (char& byte : rubbish) byte = static_cast<char>(random());
-        Peer(display.port).send(beginnings[round % 3] + rubbish);
+        Peer peer(display_);
+        boost::system::error_code ignored;
+        boost::asio::write(peer.socket.next_layer(), boost::asio::buffer(rubbish),
+                           ignored);  // or only a part of a frame
+        if (round % 2 == 0) ask(display_.port, rubbish + "\r\n\r\n");
+        drawOn();
     }
-    Peer unknown(display.port);
-    unknown.send(beginnings[2] + "\x7F");
-    EXPECT_LT(unknown.readAll().size(), 1000u);  // up to its end: the connection was closed
-    const auto start = steady_clock::now();
-    good.pointer(1, {1, 2});
-    EXPECT_EQ(display.input(), "down 1,2");
-    EXPECT_EQ(good.readPicture(), display.picture());
-    EXPECT_LT(steady_clock::now() - start, 500ms);
 }
 
-TEST(BrowserDisturbance, AHangingClientIsDroppedWhileOthersDraw) {
-    BrowserSettings settings = browserSettings();
-    settings.patience = 2s;
-    DisplayHost display(kLarge.size(), PixelFormat::Rgb24, settings);
-    VncPeer hanging(display.port);
-    VncPeer good(display.port);
-    display.presentNoise(kLarge);
-    for (int i = 0; i < 20; ++i) hanging.request(false, kLarge);
-    for (int i = 0; i < 50; ++i) {
-        const auto start = steady_clock::now();
-        good.pointer(1, {i, i});
-        EXPECT_NE(display.input(), "nothing");
-        good.request(true, kLarge);
-        display.presentNoise({i, i, 24, 24});
-        good.readUpdate();
-        EXPECT_TRUE(i == 0 || steady_clock::now() - start < 500ms);  // the first brings the whole panel
+TEST_F(BrowserDisturbance, IdleConnectionsLockNobodyOut) {
+    boost::asio::io_context io;
+    std::vector<boost::asio::ip::tcp::socket> idle;
+    for (int i = 0; i < 200; ++i) {
+        idle.emplace_back(io).connect(
+            {boost::asio::ip::address_v4::loopback(), static_cast<unsigned short>(display_.port)});
+        if (i % 20 == 0) drawOn();
     }
-    std::this_thread::sleep_for(settings.patience);
-    EXPECT_LT(hanging.readAll().size(), std::size_t{1404} * 1872 * 4);  // ends in the midst of the first picture
-    EXPECT_EQ(good.readPicture(), display.picture());
+    for (int i = 0; i < 40; ++i) Peer another(display_);  // more than may come at once
+    EXPECT_THAT(get(display_.port, "/icon.svg"), StartsWith("HTTP/1.1 200"));
 }
 
-TEST(BrowserAccess, AnAddressNeedsAPassword) {
-    BrowserSettings settings = browserSettings();
-    const auto refusal = [&settings] {
-        std::string error;
-        EXPECT_EQ(openBrowser(settings, kSmall, PixelFormat::Grey8, error), nullptr);
-        return error;
-    };
-    EXPECT_THAT(DisplayHost(kSmall).address, testing::StartsWith("http://127.0.0.1:"));
-    settings.listen = "0.0.0.0";
-    EXPECT_THAT(refusal(), HasSubstr("--password-file"));
-    const TemporaryFolder folder;
-    const std::string file = folder.write("password", "\n");
-    for (const std::string& useless : {std::string("/nowhere/password"), file}) {
-        settings.passwordFile = useless;
-        EXPECT_THAT(refusal(), HasSubstr(useless));
+TEST_F(BrowserDisturbance, AHangingClientIsDropped) {
+    Peer hanging(display_);
+    int pixels = kLarge.w * kLarge.h;
+    for (const auto start = steady_clock::now(); steady_clock::now() - start < 4 * impatient().patience;) {
+        display_.presentNoise(kLarge);
+        hand_.hearPixels(std::exchange(pixels, 24 * 24));
+        drawOn();
+        hanging.say("\3x");  // it only does not listen
     }
-    folder.write("password", "secret\n");
-    const DisplayHost display(kSmall, PixelFormat::Rgb24, settings);
-    EXPECT_TRUE(VncPeer(display.port, "secret").admitted());
-    EXPECT_FALSE(VncPeer(display.port, "guess").admitted());
+    long heard = 0;
+    while (!hanging.hear().empty()) heard += hanging.area.w * hanging.area.h;
+    EXPECT_LT(heard, long{kLarge.w} * kLarge.h) << "ends in the midst of the first picture";
 }
 
 }  // namespace

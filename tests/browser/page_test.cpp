@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -7,18 +8,21 @@
 
 #include "browser/chromium.h"
 #include "browser/display_host.h"
+#include "platform/host/files/picture_file.h"
 
 using namespace host;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* kShown = "document.getElementById('notice').hidden && !!document.querySelector('canvas')";
+constexpr const char* kShown = "document.getElementById('notice').hidden && !document.getElementById('panel').hidden";
 constexpr Size kPanel{600, 800};
-constexpr Size kWindow{500, 400};  // the panel is scaled to half, with 100 pixels free at either side
+const Chromium::Window kDesktop{{500, 400}};         // the panel is scaled to half, with 100 pixels free at either side
+const Chromium::Window kPhone{{300, 520}, 3, true};  // again to half, with 60 pixels free above and below
 
-/// Where a panel's pixel is seen in the window.
-Point seen(Point panel) { return {100 + panel.x / 2, panel.y / 2}; }
+/// Where a panel's pixel is seen in these windows, in CSS pixels.
+Point onDesktop(Point panel) { return {100 + panel.x / 2, panel.y / 2}; }
+Point onPhone(Point panel) { return {panel.x / 2, 60 + panel.y / 2}; }
 
 class BrowserPage : public testing::Test {
 protected:
@@ -38,52 +42,219 @@ protected:
         return comesTrue([&] { return browser_->evaluate(expression) == "true"; });
     }
 
-    void open(const std::string& address) {
-        browser_->open(address, kWindow);
+    bool says(const std::string& words) { return becomesTrue("document.body.innerText.includes('" + words + "')"); }
+
+    void open(const std::string& address, const Chromium::Window& window = kDesktop) {
+        browser_->open(address, window);
         ASSERT_TRUE(becomesTrue(kShown));
     }
 
-    void stroke(const std::vector<Point>& points) {
-        browser_->mouse("mousePressed", seen(points.front()));
-        for (const Point& point : points) browser_->mouse("mouseMoved", seen(point));
-        browser_->mouse("mouseReleased", seen(points.back()));
+    void stroke(const std::vector<Point>& points, const std::string& pointer = "mouse") {
+        browser_->mouse("mousePressed", onDesktop(points.front()), pointer);
+        for (const Point& point : points) browser_->mouse("mouseMoved", onDesktop(point), pointer);
+        browser_->mouse("mouseReleased", onDesktop(points.back()), pointer);
+    }
+
+    void click(const std::string& selector) {
+        ASSERT_EQ(browser_->evaluate("document.querySelector('" + selector + "').checkVisibility()"), "true");
+        browser_->evaluate("document.querySelector('" + selector + "').click()");
     }
 
     /// What the window shows of the panel's pixel, 0xRRGGBB.
     int pixel(Point panel) {
         const BitmapPtr picture = browser_->screenshot();
-        const std::uint8_t* rgb = bitmapRow(*picture, seen(panel).y) + std::ptrdiff_t{seen(panel).x} * 3;
+        const std::uint8_t* rgb = bitmapRow(*picture, onDesktop(panel).y) + std::ptrdiff_t{onDesktop(panel).x} * 3;
         return rgb[0] << 16 | rgb[1] << 8 | rgb[2];
+    }
+
+    static void expectInputs(DisplayHost& display, const std::vector<std::string>& expected) {
+        for (const std::string& input : expected) EXPECT_EQ(display.input(), input);
     }
 
     std::optional<Chromium> browser_;
 };
 
-TEST_F(BrowserPage, ShowsThePanelAndSendsPointerAndKeys) {
+TEST_F(BrowserPage, ShowsThePanelAndSendsMouseAndPen) {
     DisplayHost display(kPanel);
     display.run([](Display& shown, Framebuffer& picture) {
         for (int x = 100; x < 200; ++x) picture.at(x, 400)[0] = picture.at(x, 401)[0] = 0;
         shown.present(picture, {100, 400, 100, 2});
-        shown.setTextInput(true, {});
     });
     open(display.address);
-    EXPECT_EQ(browser_->evaluate("document.title"), "Colour");
     EXPECT_EQ(browser_->evaluate("document.documentElement.scrollHeight + ' ' + innerHeight"), "400 400");
     // A busy machine takes a while to lay the page out.
     EXPECT_TRUE(comesTrue([this] { return pixel({150, 400}) == 0x00FFFF; }));
     EXPECT_EQ(pixel({150, 410}), 0xFFFFFF);
     EXPECT_NE(pixel({-100, 400}), 0xFFFFFF) << "beside the panel";
 
-    stroke({{100, 100}, {200, 300}, {700, 300}});
-    for (const char* expected : {"down 100,100", "move 200,300", "move 599,300", "up 599,300"})
-        EXPECT_EQ(display.input(), expected);
-    for (const auto& [key, expected] : std::vector<std::pair<std::string, std::string>>{
-             {"é", "text é"}, {"я", "text я"}, {"😀", "text 😀"}, {"Backspace", "key 3"}}) {
-        browser_->strike(key);
-        EXPECT_EQ(display.input(), expected);
+    for (const char* pointer : {"mouse", "pen"}) {
+        stroke({{100, 100}, {200, 300}, {700, 300}}, pointer);
+        expectInputs(display, {"down 100,100", "move 100,100", "move 200,300", "move 599,300", "up 599,300"});
     }
 }
 
+TEST_F(BrowserPage, SendsFingersOfAPhoneWhichThePenTakesOverFrom) {
+    DisplayHost display(kPanel);
+    open(display.address, kPhone);
+    browser_->touch("touchStart", {onPhone({100, 100})});
+    browser_->touch("touchMove", {onPhone({300, 200})});
+    browser_->mouse("mousePressed", onPhone({500, 500}), "pen");
+    browser_->mouse("mouseReleased", onPhone({500, 500}), "pen");
+    expectInputs(display, {"down 100,100", "move 300,200", "up 300,200", "down 500,500", "up 500,500"});
+}
+
+TEST_F(BrowserPage, KeepsThinLinesVisibleAtEveryScale) {
+    constexpr Size kLarge{1404, 1872};
+    constexpr int kStep = 26;  // the lines fall on device pixels in many ways
+    DisplayHost display(kLarge);
+    display.run([&](Display& shown, Framebuffer& picture) {
+        for (int y = kStep; y < kLarge.h; y += kStep) std::fill_n(picture.at(0, y), kLarge.w * 3, std::uint8_t{0});
+        shown.present(picture, {0, 0, kLarge.w, kLarge.h});
+    });
+    for (const Chromium::Window& window :
+         {Chromium::Window{{1366, 768}}, {{1366, 768}, 1.5}, {{390, 844}, 3, true}, {{1024, 1366}, 2, true}}) {
+        open(display.address, window);
+        const double scale = std::min(window.size.w * window.ratio / kLarge.w, window.size.h * window.ratio / kLarge.h);
+        const double top = (window.size.h * window.ratio - kLarge.h * scale) / 2;
+        BitmapPtr picture;
+        const auto darkest = [&](double from, double to) {
+            int value = 0xFF;
+            for (int y = static_cast<int>(top + from * scale); y < top + to * scale; ++y)
+                value = std::min<int>(value, bitmapRow(*picture, y)[picture->width / 2 * 3]);
+            return value;
+        };
+        const auto linesAreDarkerThan = [&](int limit) {
+            picture = browser_->screenshot();
+            bool all = true;
+            for (int y = kStep; y < kLarge.h; y += kStep) all = all && darkest(y - 1, y + 2) < limit;
+            return all;
+        };
+        EXPECT_TRUE(comesTrue([&] { return linesAreDarkerThan(0xA0); })) << window.size.w << " at " << window.ratio;
+        EXPECT_EQ(darkest(kStep + 5, 2 * kStep - 5), 0xFF) << "nothing is blurred";
+    }
+}
+
+TEST_F(BrowserPage, TakesTextHoweverItComes) {
+    DisplayHost display(kPanel);
+    const auto setTyping = [&display](bool on) {
+        display.run([on](Display& shown, Framebuffer&) { shown.setTextInput(on, {10, 400, 300, 100}); });
+    };
+    open(display.address);
+    browser_->strike("x", "x");  // nobody asks for text
+    setTyping(true);
+    ASSERT_TRUE(becomesTrue("document.activeElement.id == 'field'"));
+    for (const char* letter : {"w", "ö", " ", "ж"}) browser_->strike(letter, letter);
+    expectInputs(display, {"text w", "text ö", "text  ", "text ж"});
+    for (const char* key : {"Backspace", "Enter", "ArrowLeft", "Escape"}) browser_->strike(key);
+    expectInputs(display, {"key 3", "key 0", "key 5", "key 2"});
+
+    const auto compose = [this](const std::string& text) {
+        browser_->command("Input.imeSetComposition", "\"text\":\"" + text + R"(","selectionStart":1,"selectionEnd":1)");
+    };
+    for (const char* text : {"か", "かん", "漢"}) compose(text);
+    browser_->insert("漢");  // chosen
+    expectInputs(display, {"text か", "text ん", "key 3", "key 3", "text 漢"});
+    browser_->insert("👩‍👧");
+    browser_->evaluate("document.execCommand('delete')");  // Backspace without a key
+    expectInputs(display, {"text 👩‍👧", "key 3"});
+    compose("字");
+    stroke({{100, 100}});
+    browser_->insert("z");
+    expectInputs(display, {"text 字", "down 100,100", "move 100,100", "up 100,100", "text z"});
+
+    browser_->evaluate(
+        "document.getElementById('field').dispatchEvent(new ClipboardEvent('paste', {bubbles: true, "
+        "clipboardData: (data => (data.setData('text/plain', 'a\\r\\nb' + '漢'.repeat(2000)), data))"
+        "(new DataTransfer())}))");
+    const std::string pasted = display.input();
+    EXPECT_EQ(pasted.substr(0, 11), "text a\nb漢");
+    EXPECT_EQ(pasted.size(), std::string("text ").size() + 3 + 1364 * 3) << "cut between characters, 1 byte early";
+    setTyping(false);
+    ASSERT_TRUE(becomesTrue("document.activeElement == document.body"));
+    browser_->strike("x", "x");
+    stroke({{100, 100}});
+    EXPECT_EQ(display.input(), "down 100,100");
+}
+
+TEST_F(BrowserPage, APhonesKeyboardComesOnlyWhenAskedFor) {
+    DisplayHost display(kPanel);
+    open(display.address, kPhone);
+    display.run([](Display& shown, Framebuffer&) { shown.setTextInput(true, {10, 400, 300, 100}); });
+    EXPECT_TRUE(becomesTrue("document.activeElement.inputMode == 'none'"));
+    click("#keyboard");
+    EXPECT_TRUE(becomesTrue("document.activeElement.inputMode == 'text'"));
+}
+
+TEST_F(BrowserPage, SavesThePanelAsItIs) {
+    DisplayHost display({101, 47});
+    display.presentNoise({0, 0, 101, 47});
+    const TemporaryFolder folder;
+    open(display.address);
+    browser_->command("Browser.setDownloadBehavior",
+                      R"("behavior":"allow","downloadPath":")" + folder.path().string() + '"');
+    click("#download");
+    const auto saved = [&folder] {
+        const std::filesystem::directory_iterator all(folder.path());
+        return begin(all) == end(all) ? std::string() : begin(all)->path().string();
+    };
+    ASSERT_TRUE(comesTrue([&] { return saved().ends_with(".png"); }));
+    EXPECT_THAT(saved(), testing::ContainsRegex("/colour-....-..-..-......\\.png$"));
+    std::string error;
+    const BitmapPtr picture = loadPicture(saved(), error);
+    ASSERT_NE(picture, nullptr) << error;
+    for (int y = 0; y < 47; ++y)
+        EXPECT_TRUE(std::equal(bitmapRow(*picture, y), bitmapRow(*picture, y) + 303, display.picture().at(0, y))) << y;
+}
+
+TEST_F(BrowserPage, TellsThatAnotherIsDrawing) {
+    DisplayHost display(kPanel);
+    open(display.address);
+    browser_->mouse("mousePressed", onDesktop({100, 100}));
+    open(display.address);
+    stroke({{300, 300}});
+    EXPECT_TRUE(says("Somebody else is drawing"));
+}
+
+TEST_F(BrowserPage, SpeaksThePersonsLanguage) {
+    DisplayHost display(kPanel);
+    const std::string door = display.address.substr(0, display.address.find('?'));
+    browser_->open(door, kDesktop);
+    for (const auto& [languages, words] :
+         std::vector<std::pair<std::string, std::string>>{{"pt-BR,de-AT", "Adresse, die"},
+                                                          {"fr", "l’adresse"},
+                                                          {"es-MX", "la dirección"},
+                                                          {"ru", "адрес"},
+                                                          {"ar", "العنوان"},
+                                                          {"en-GB", "the address"},
+                                                          {"ja", "the address"}}) {
+        browser_->command("Emulation.setUserAgentOverride",
+                          R"("userAgent":"Test","acceptLanguage":")" + languages + '"');
+        browser_->command("Page.reload");
+        EXPECT_TRUE(says(words)) << languages;
+        EXPECT_TRUE(becomesTrue(languages == "ar" ? "document.dir == 'rtl'" : "document.dir == 'ltr'"));
+    }
+}
+
+TEST_F(BrowserPage, TheDoorOpensByPasswordAlsoWithoutJavaScript) {
+    const TemporaryFolder folder;
+    BrowserSettings settings = browserSettings();
+    settings.passwordFile = folder.write("password", "pass word & ä\n");
+    DisplayHost display(kPanel, PixelFormat::Rgb24, settings);
+    browser_->open("about:blank", kDesktop);
+    browser_->command("Emulation.setScriptExecutionDisabled", R"("value":true)");
+    browser_->command("Page.navigate", "\"url\":\"" + display.address + '"');
+    const auto tryPassword = [this](const std::string& password) {
+        ASSERT_TRUE(becomesTrue("!!document.querySelector('input')"));
+        browser_->evaluate("document.querySelector('input').focus()");
+        browser_->insert(password);
+        click("button");
+    };
+    tryPassword("guess");
+    EXPECT_TRUE(says("Wrong password"));
+    browser_->command("Emulation.setScriptExecutionDisabled", R"("value":false)");
+    tryPassword("pass word & ä");
+    EXPECT_TRUE(becomesTrue(kShown));
+}
 TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     constexpr Point kExplorersRule{300, 72};
     constexpr Point kFirstTile{110, 180};
@@ -96,7 +267,8 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     };
     std::optional<Process> program;
     const auto run = [&](const std::string& options) {
-        program.emplace("'" COLOUR_PROGRAM "' --display browser --panel 600x800@160,colour --storage '" +
+        program.emplace("env XDG_STATE_HOME='" + storage.path().string() +
+                        "' '" COLOUR_PROGRAM "' --display browser --panel 600x800@160,colour --storage '" +
                         storage.path().string() + "' " + options);
         return program->line();
     };
@@ -118,7 +290,7 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     EXPECT_EQ(pictures(), 1);
 
     EXPECT_EQ(program->end(SIGTERM), 0);
-    EXPECT_TRUE(becomesTrue("document.body.innerText.includes('Colour has ended')"));
+    EXPECT_TRUE(says("Colour has ended"));
     run("--port " + address.substr(address.rfind(':') + 1, 4));
     ASSERT_TRUE(becomesTrue(kShown)) << "it connects by itself";
     ASSERT_TRUE(comesTrue(exploring));

@@ -71,7 +71,6 @@ TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
         {"--port", "--port.*"},
         {"--clock -1", "--clock.*"},
         {"--log 99999999999999999999", "--log .*"},
-        {"--listen 0.0.0.0", "--listen needs a password: add --password-file FILE"},
         {"--password-file gone", "cannot read the password file 'gone': .*"},
         {"--script .", "cannot read the script '.': a folder, not a file"},
         {"--theme plain", "cannot read the theme 'plain': not a folder"},

@@ -24,7 +24,8 @@ std::unique_ptr<Toolkit> instance;
 PixelFormat formatOf(const Device& device) { return device.colour ? PixelFormat::Rgb24 : PixelFormat::Grey8; }
 
 std::unique_ptr<Display> openBrowserDisplay(const Options& options, const Theme& theme) {
-    const BrowserSettings settings{options.port, options.listen, options.passwordFile, theme.folder("browser")};
+    const BrowserSettings settings{options.port, options.listen, options.passwordFile, options.hostNames,
+                                   theme.folder("browser")};
     std::string error;
     auto display = openBrowser(settings, options.device.bounds().size(), formatOf(options.device), error);
     if (display == nullptr) refuse(error);

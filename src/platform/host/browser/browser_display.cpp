@@ -1,175 +1,200 @@
 #include "platform/host/browser/browser_display.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdint>
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <fstream>
 #include <iostream>
 #include <list>
 #include <utility>
-#include <vector>
 
-#include "platform/host/browser/browser_connection.h"
-#include "platform/host/browser/browser_http.h"
-#include "platform/host/browser/browser_socket.h"
-#include "platform/host/browser/vnc_screen.h"
+#include "platform/host/browser/addresses.h"
+#include "platform/host/browser/visitor.h"
 
 namespace host {
 
 namespace {
 
 using namespace std::chrono_literals;
+using boost::asio::ip::tcp;
+using boost::system::error_code;
 using std::chrono::steady_clock;
 
-constexpr const char* kNoVnc = "/usr/share/novnc";  // where Debian's package puts it
-constexpr std::size_t kMostConnections = 64;        // a browser opens about ten, mostly for the page's files
-constexpr auto kRest = 1s;                          // when no connection can be accepted, before trying again
+constexpr int kFirstPort = 6080;
+constexpr int kLastPort = 6179;
+/// Whoever has shown no cookie yet: a browser opens about six connections at once. The oldest goes, so that people who
+/// only connect lock nobody out.
+constexpr std::ptrdiff_t kMostStrangers = 16;
+constexpr std::ptrdiff_t kMostVisitors = 64;
+constexpr auto kRest = 1s;  // when no connection can be accepted, before trying again
+constexpr std::ptrdiff_t kShortestPassword = 8;
 
 class BrowserDisplay : public Display {
 public:
-    BrowserDisplay(Listener listener, BrowserPages pages, Size panel, const std::string& password,
-                   std::chrono::milliseconds patience)
-        : listener_(std::move(listener)),
-          pages_(std::move(pages)),
-          screen_(panel, password),
-          patience_(patience),
-          wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+    BrowserDisplay(Size panel, PixelFormat format) : stage_{panel, format} {}
 
-    void present(const Framebuffer& shown, Rect area) override { screen_.present(shown, area); }
+    /// False, and the reason in `error`.
+    bool open(const BrowserSettings& settings, const std::string& password, std::string& error);
+
+    void present(const Framebuffer& shown, Rect area) override;
     std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override;
     void wake() override;
     void flush() override;
-    void setTextInput(bool on, Rect near) override;
+    void setTextInput(bool on, Rect near) override { stage_.typing = on ? std::optional(near) : std::nullopt; }
 
 private:
-    [[nodiscard]] bool serve(std::optional<SteadyTime> until);
-    [[nodiscard]] int timeToWait(std::optional<SteadyTime> until, SteadyTime now) const;
-    void prepare();
-    void accept(SteadyTime now);
-    [[nodiscard]] bool woken();
+    void proceed();
+    void accept();
+    void receive(tcp::socket socket);
+    void limit(std::ptrdiff_t most, bool strangersOnly);
 
-    Listener listener_;
-    BrowserPages pages_;
-    VncScreen screen_;
-    std::chrono::milliseconds patience_;
-    Descriptor wake_;
-    std::list<BrowserConnection> connections_;
-    SteadyTime acceptFrom_{};
-    std::vector<pollfd> polled_;  ///< wake, listener, then the connections in order
+    boost::asio::io_context io_{1};
+    boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work_{io_.get_executor()};
+    tcp::acceptor acceptor_{io_};
+    boost::asio::steady_timer rest_{io_};
+    bool accepting_ = false;
+    bool woken_ = false;
+    Stage stage_;
+    std::optional<Site> site_;
+    std::list<std::weak_ptr<Visitor>> visitors_;  ///< oldest first
 };
 
+bool BrowserDisplay::open(const BrowserSettings& settings, const std::string& password, std::string& error) {
+    const std::string numeric = settings.listen.empty() ? "127.0.0.1" : settings.listen;
+    error_code code;
+    const boost::asio::ip::address address = boost::asio::ip::make_address(numeric, code);
+    if (code) {
+        error = "cannot listen on " + numeric + ": not a numeric address";
+        return false;
+    }
+    const int last = settings.port == 0 ? kLastPort : settings.port;
+    int port = settings.port == 0 ? kFirstPort : settings.port;
+    for (;; ++port) {
+        const tcp::endpoint endpoint(address, static_cast<unsigned short>(port));
+        acceptor_.open(endpoint.protocol(), code);
+        if (!code) acceptor_.set_option(tcp::acceptor::reuse_address(true), code);
+        if (!code) acceptor_.bind(endpoint, code);
+        if (!code) acceptor_.listen(tcp::acceptor::max_listen_connections, code);
+        if (!code) break;
+        error = "cannot listen on " + numeric + " port " + std::to_string(port) + ": " + code.message();
+        error_code ignored;
+        acceptor_.close(ignored);
+        if (code != boost::asio::error::address_in_use || port == last) return false;
+    }
+    const std::string token = keptToken();
+    site_.emplace(Site{Admission(token, password, settings.hostNames), settings.page, port, settings.patience, stage_});
+    const std::vector<std::string> pages = pageAddresses(numeric, port, password.empty() ? "?token=" + token : "");
+    const bool withCodes = !address.is_loopback() && isatty(STDOUT_FILENO) != 0;
+    for (const std::string& page : pages) std::cout << page << '\n' << (withCodes ? qrCode(page) : "") << std::flush;
+    return true;
+}
+
+void BrowserDisplay::present(const Framebuffer& shown, Rect area) {
+    stage_.shown = &shown;
+    for (const auto& client : site_->clients) client->changed(area);
+}
+
 std::optional<Input> BrowserDisplay::wait(std::optional<std::chrono::milliseconds> timeout) {
-    const SteadyTime now = steady_clock::now();
     std::optional<SteadyTime> until;
-    if (timeout) until = now + *timeout;
+    if (timeout) until = steady_clock::now() + *timeout;
     for (;;) {
         // Also while input is queued, so that a flood of it shows what it draws.
         flush();
-        if (screen_.hasInput()) return screen_.takeInput();
-        if (!serve(until)) return {};
-    }
-}
-
-// Waits for the network and serves it; false when woken or out of time.
-bool BrowserDisplay::serve(std::optional<SteadyTime> until) {
-    prepare();
-    const int ready = poll(polled_.data(), polled_.size(), timeToWait(until, steady_clock::now()));
-    const SteadyTime now = steady_clock::now();
-    if (ready > 0) {
-        if (polled_[0].revents != 0 && woken()) return false;
-        auto entry = polled_.begin() + 2;
-        for (BrowserConnection& connection : connections_) {
-            if ((entry++->revents & (POLLIN | POLLHUP | POLLERR)) != 0) connection.receive(now);
+        if (!stage_.inputs.empty()) {
+            Input first = std::move(stage_.inputs.front());
+            stage_.inputs.pop_front();
+            return first;
         }
-        if (polled_[1].revents != 0) accept(now);
+        if (std::exchange(woken_, false)) return {};
+        if (!until) {
+            io_.run_one();
+        } else if (io_.run_one_until(*until) == 0) {
+            return {};
+        }
     }
-    for (BrowserConnection& connection : connections_) connection.pass(now);
-    connections_.remove_if([](const BrowserConnection& connection) { return connection.closed(); });
-    return ready != 0 || !until || now < *until;
-}
-
-void BrowserDisplay::prepare() {
-    const bool accepting = connections_.size() < kMostConnections && steady_clock::now() >= acceptFrom_;
-    polled_.clear();
-    polled_.push_back({wake_.get(), POLLIN, 0});
-    polled_.push_back({accepting ? listener_.socket.get() : -1, POLLIN, 0});
-    for (const BrowserConnection& connection : connections_) {
-        const int events = (connection.wantsToReceive() ? POLLIN : 0) | (connection.wantsToSend() ? POLLOUT : 0);
-        polled_.push_back({connection.socket(), static_cast<short>(events), 0});
-    }
-}
-
-int BrowserDisplay::timeToWait(std::optional<SteadyTime> until, SteadyTime now) const {
-    std::optional<SteadyTime> first = until;
-    const auto consider = [&first](SteadyTime time) { first = first ? std::min(*first, time) : time; };
-    if (acceptFrom_ > now) consider(acceptFrom_);
-    for (const BrowserConnection& connection : connections_) {
-        if (connection.deadline()) consider(*connection.deadline());
-    }
-    if (!first) return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*first - now).count();
-    constexpr std::int64_t kLongest = 3'600'000;  // an hour; poll takes no more than an int
-    return static_cast<int>(std::clamp<std::int64_t>(left, 0, kLongest));
-}
-
-void BrowserDisplay::accept(SteadyTime now) {
-    Descriptor socket = acceptFrom(listener_);
-    if (socket) {
-        connections_.emplace_back(std::move(socket), screen_, pages_, patience_, now);
-        return;
-    }
-    // Out of descriptors, say: the listener stays readable, so trying on would be a busy loop.
-    acceptFrom_ = now + kRest;
-}
-
-bool BrowserDisplay::woken() {
-    std::uint64_t count = 0;
-    return read(wake_.get(), &count, sizeof count) == sizeof count;
 }
 
 void BrowserDisplay::wake() {
-    constexpr std::uint64_t kOne = 1;
-    // It fails only when the counter is full, and then a wake is due anyway.
-    static_cast<void>(!write(wake_.get(), &kOne, sizeof kOne));
+    boost::asio::post(io_, [this] { woken_ = true; });
 }
 
+// Nothing starts again by itself once it is done, so a poll comes to an end however much arrives.
 void BrowserDisplay::flush() {
-    for (BrowserConnection& connection : connections_) connection.send(steady_clock::now());
+    proceed();
+    if (io_.poll() > 0) proceed();
 }
 
-void BrowserDisplay::setTextInput(bool on, Rect) { screen_.setTextInput(on); }
+void BrowserDisplay::proceed() {
+    std::erase_if(site_->clients, [](const auto& client) { return client->closed(); });
+    for (const auto& client : site_->clients) client->proceed();
+    if (!accepting_) accept();
+}
 
+void BrowserDisplay::accept() {
+    accepting_ = true;
+    acceptor_.async_accept([this](error_code error, tcp::socket socket) {
+        if (!error) {
+            accepting_ = false;
+            return receive(std::move(socket));
+        }
+        // Out of descriptors, say: the next try would fail at once too.
+        rest_.expires_after(kRest);
+        rest_.async_wait([this](error_code) { accepting_ = false; });
+    });
+}
+
+void BrowserDisplay::receive(tcp::socket socket) {
+    const auto visitor = std::make_shared<Visitor>(std::move(socket), *site_);
+    visitors_.push_back(visitor);
+    limit(kMostStrangers, true);
+    limit(kMostVisitors, false);
+    visitor->serve();
+}
+
+void BrowserDisplay::limit(std::ptrdiff_t most, bool strangersOnly) {
+    visitors_.remove_if([](const auto& visitor) { return visitor.expired(); });
+    const auto counts = [=](const auto& visitor) { return !strangersOnly || !visitor.lock()->admitted(); };
+    if (std::count_if(visitors_.begin(), visitors_.end(), counts) <= most) return;
+    const auto oldest = std::find_if(visitors_.begin(), visitors_.end(), counts);
+    oldest->lock()->drop();
+    visitors_.erase(oldest);
+}
+
+/// False, and the reason in `error`.
 bool readPassword(const std::string& file, std::string& password, std::string& error) {
     if (file.empty()) return true;
     std::ifstream stream(file);
-    if (std::getline(stream, password) && !password.empty()) return true;
-    error = file + ": no password can be read from it";
+    if (!std::getline(stream, password)) {
+        error = file + ": no password can be read from it";
+        return false;
+    }
+    if (password.ends_with('\r')) password.pop_back();
+    const auto beginsCharacter = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
+    if (std::count_if(password.begin(), password.end(), beginsCharacter) >= kShortestPassword) return true;
+    error = file + ": the password in its first line has fewer than eight characters";
     return false;
 }
 
 }  // namespace
 
-std::unique_ptr<Display> openBrowser(const BrowserSettings& settings, Size panel, PixelFormat /*format*/,
+std::unique_ptr<Display> openBrowser(const BrowserSettings& settings, Size panel, PixelFormat format,
                                      std::string& error) {
-    if (!settings.listen.empty() && settings.passwordFile.empty()) {
-        error = "--listen " + settings.listen + " needs a password (--password-file FILE)";
-        return nullptr;
-    }
     std::string password;
     if (!readPassword(settings.passwordFile, password, error)) return nullptr;
-    BrowserPages pages(settings.page, kNoVnc);
-    if (const auto missing = pages.missing()) {
-        error = missing->string() + ": missing, the browser display needs it";
+    for (const char* file : {"index.html", "door.html"}) {
+        std::error_code ignored;
+        if (std::filesystem::is_regular_file(settings.page / file, ignored)) continue;
+        error = (settings.page / file).string() + ": missing, the browser display needs it";
         return nullptr;
     }
-    Listener listener = listenOn(settings.listen, settings.port, error);
-    if (!listener.socket) return nullptr;
-    std::cout << "http://" << listener.host << ':' << listener.port << '/' << std::endl;
-    return std::make_unique<BrowserDisplay>(std::move(listener), std::move(pages), panel, password, settings.patience);
+    auto display = std::make_unique<BrowserDisplay>(panel, format);
+    if (!display->open(settings, password, error)) return nullptr;
+    return display;
 }
 
 }  // namespace host

@@ -49,8 +49,9 @@ Panel
 
 Browser display
   --port N               the page's port (the first free one from 6080)
-  --listen ADDRESS       serve other machines too, at this address; needs a password
-  --password-file FILE   the password that the page asks for
+  --listen ADDRESS       serve other machines too, at this address (0.0.0.0 for all that this one has)
+  --password-file FILE   ask for the password in its first line instead of the printed address's token
+  --host-name NAME       answer to this name too, such as a proxy's; may be given more than once
 
 Places
   --storage DIR          where pictures are kept (~/.local/share/colour)
@@ -222,6 +223,7 @@ public:
         number("--port", 1, kHighestPort, options_.port);
         text("--listen", options_.listen);
         text("--password-file", options_.passwordFile);
+        app_.add_option("--host-name", options_.hostNames)->type_name("value")->expected(1);
         text("--storage", options_.storage);
         text("--theme", options_.theme);
         text("--language", options_.language);
@@ -283,7 +285,6 @@ private:
         if (given("--theme")) requireReadable("theme", options_.theme, true);
         if (given("--theme")) requireReadable("theme's list of values", options_.theme + "/theme.ini");
         if (given("--password-file")) requireReadable("password file", options_.passwordFile);
-        if (given("--listen") && !given("--password-file")) fail("--listen needs a password: add --password-file FILE");
         if (given("--language") && !isLanguageCode(options_.language)) {
             fail("--language " + options_.language + ": a language is a code such as en, de or pt_BR");
         }

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/host/base/device.h"
 
@@ -13,14 +14,15 @@ enum class DisplayKind { Automatic, Window, Browser, Headless };
 struct Options {
     Device device;
     DisplayKind display = DisplayKind::Automatic;
-    std::string picture;       ///< open this at once; empty: none
-    bool newPicture = false;   ///< begin with a new picture
-    int port = 0;              ///< browser display: the page's port; 0: the default
-    std::string listen;        ///< browser display: the address to listen on; empty: loopback
-    std::string passwordFile;  ///< browser display
-    std::string storage;       ///< empty: the default place
-    std::string theme;         ///< empty: the installed theme
-    std::string language;      ///< empty: from the environment
+    std::string picture;                 ///< open this at once; empty: none
+    bool newPicture = false;             ///< begin with a new picture
+    int port = 0;                        ///< browser display: the page's port; 0: the default
+    std::string listen;                  ///< browser display: the address to listen on; empty: loopback
+    std::string passwordFile;            ///< browser display
+    std::vector<std::string> hostNames;  ///< browser display: other names of this machine
+    std::string storage;                 ///< empty: the default place
+    std::string theme;                   ///< empty: the installed theme
+    std::string language;                ///< empty: from the environment
     std::string script;
     std::string trace;
     long clock = 1700000000;  ///< seconds since the epoch at which a virtual clock starts

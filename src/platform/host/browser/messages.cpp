@@ -1,0 +1,123 @@
+#include "platform/host/browser/messages.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+
+namespace host {
+
+namespace {
+
+enum class Said : std::uint8_t { Panel = 1, Pixels, Notice, Typing };
+enum class Heard : std::uint8_t { Pointer = 1, Key, Text };
+
+constexpr std::size_t kLongestText = 4096;
+
+class Writer {
+public:
+    explicit Writer(Said type) { byte(static_cast<unsigned>(type)); }
+    Writer& byte(unsigned value) {
+        bytes += static_cast<char>(value);
+        return *this;
+    }
+    Writer& word(int value) {
+        const auto bits = static_cast<unsigned>(value);
+        return byte(bits & 0xFF).byte(bits >> 8 & 0xFF);
+    }
+
+    std::string bytes;
+};
+
+std::uint32_t takeNumber(std::string_view& bytes, std::size_t size) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < size; ++i) value |= std::uint32_t{static_cast<unsigned char>(bytes[i])} << 8 * i;
+    bytes.remove_prefix(size);
+    return value;
+}
+
+/// The pixel along one side of the panel; nothing for a place that is no number.
+std::optional<int> takePixel(std::string_view& bytes, int side) {
+    const auto place = std::bit_cast<float>(takeNumber(bytes, sizeof(float)));
+    if (!std::isfinite(place)) return {};
+    return static_cast<int>(std::clamp(place, 0.0F, static_cast<float>(side - 1)));
+}
+
+std::optional<Message> readPointer(std::string_view bytes, Size panel) {
+    constexpr std::size_t kHead = 6;
+    constexpr std::size_t kPlace = 8;
+    if (bytes.size() < kHead + kPlace || (bytes.size() - kHead) % kPlace != 0) return {};
+    PointerMessage message;
+    const std::uint32_t action = takeNumber(bytes, 1);
+    const std::uint32_t kind = takeNumber(bytes, 1);
+    if (action > 2 || kind > 2) return {};
+    message.action = PointerMessage::Action{static_cast<std::uint8_t>(action)};
+    message.kind = PointerMessage::Kind{static_cast<std::uint8_t>(kind)};
+    message.id = takeNumber(bytes, 4);
+    if (message.action != PointerMessage::Action::Move && bytes.size() != kPlace) return {};
+    while (!bytes.empty()) {
+        const std::optional<int> x = takePixel(bytes, panel.w);
+        const std::optional<int> y = takePixel(bytes, panel.h);
+        if (!x || !y) return {};
+        message.path.push_back({*x, *y});
+    }
+    return message;
+}
+
+std::optional<Message> readKey(std::string_view bytes) {
+    if (bytes.size() != 1) return {};
+    const std::uint32_t key = takeNumber(bytes, 1);
+    if (key > static_cast<std::uint32_t>(Key::End)) return {};
+    Input input;
+    input.kind = Input::Kind::Key;
+    input.key = static_cast<Key>(key);
+    return input;
+}
+
+std::optional<Message> readText(std::string_view bytes) {
+    if (bytes.empty() || bytes.size() > kLongestText) return {};
+    if (g_utf8_validate_len(bytes.data(), bytes.size(), nullptr) == 0) return {};
+    Input input;
+    input.kind = Input::Kind::Text;
+    input.text = bytes;
+    return input;
+}
+
+}  // namespace
+
+std::optional<Message> readMessage(std::string_view bytes, Size panel) {
+    if (bytes.empty()) return {};
+    switch (Heard{static_cast<std::uint8_t>(takeNumber(bytes, 1))}) {
+        case Heard::Pointer:
+            return readPointer(bytes, panel);
+        case Heard::Key:
+            return readKey(bytes);
+        case Heard::Text:
+            return readText(bytes);
+    }
+    return {};
+}
+
+std::string panelMessage(Size panel, PixelFormat format) {
+    return Writer(Said::Panel).word(panel.w).word(panel.h).byte(format == PixelFormat::Grey8 ? 1 : 3).bytes;
+}
+
+std::string pixelsMessage(const Framebuffer& shown, Rect area) {
+    std::string bytes = Writer(Said::Pixels).word(area.x).word(area.y).word(area.w).word(area.h).bytes;
+    const std::size_t rowBytes = static_cast<std::size_t>(area.w) * static_cast<std::size_t>(shown.bytesPerPixel());
+    bytes.reserve(bytes.size() + rowBytes * static_cast<std::size_t>(area.h));
+    for (int y = area.y; y < area.bottom(); ++y)
+        bytes.append(reinterpret_cast<const char*>(shown.at(area.x, y)), rowBytes);
+    return bytes;
+}
+
+std::string noticeMessage(bool anotherDraws) { return Writer(Said::Notice).byte(anotherDraws ? 1 : 0).bytes; }
+
+std::string typingMessage(std::optional<Rect> near) {
+    const Rect place = near.value_or(Rect{});
+    return Writer(Said::Typing).byte(near ? 1 : 0).word(place.x).word(place.y).word(place.w).word(place.h).bytes;
+}
+
+}  // namespace host
