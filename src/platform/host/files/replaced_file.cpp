@@ -37,10 +37,7 @@ void syncFolder(const fs::path& folder) {
     if (handle.isOpen()) static_cast<void>(::fsync(handle.get()));
 }
 
-bool fail(const char* what, std::string& reason) {
-    reason = std::string(what) + ": " + std::strerror(errno);
-    return false;
-}
+std::string withCause(const char* what) { return std::string(what) + ": " + std::strerror(errno); }
 
 bool write(FileHandle& file, std::span<const std::uint8_t> bytes, Sync sync) {
     while (!bytes.empty()) {
@@ -52,6 +49,13 @@ bool write(FileHandle& file, std::span<const std::uint8_t> bytes, Sync sync) {
     return (sync == Sync::No || ::fsync(file.get()) == 0) && file.close();
 }
 
+/// Why the target cannot be replaced by such a file; empty when nothing speaks against it.
+std::string findFault(const fs::path& target, const struct stat& present) {
+    if (!S_ISREG(present.st_mode)) return "is not an ordinary file";
+    // A rename would replace a write-protected file without a word.
+    return ::access(target.c_str(), W_OK) == 0 ? "" : withCause("is write-protected");
+}
+
 }  // namespace
 
 bool replaceFile(const fs::path& file, std::span<const std::uint8_t> bytes, Sync sync, std::string& reason) {
@@ -59,35 +63,29 @@ bool replaceFile(const fs::path& file, std::span<const std::uint8_t> bytes, Sync
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     std::error_code error;
     fs::create_directories(folder, error);
-    if (error) {
-        reason = "its folder cannot be made: " + error.message();
-        return false;
-    }
     struct stat present {};
     const bool exists = ::stat(target.c_str(), &present) == 0;
-    if (exists && !S_ISREG(present.st_mode)) {
-        reason = "is not an ordinary file";
-        return false;
-    }
-    // A rename would replace a write-protected file without a word.
-    if (exists && ::access(target.c_str(), W_OK) != 0) return fail("is write-protected", reason);
+    reason = error ? "its folder cannot be made: " + error.message() : exists ? findFault(target, present) : "";
+    if (!reason.empty()) return false;
 
     constexpr int kUsualMode = 0666;
     constexpr mode_t kPermissions = 07777;
     std::string aside = folder / (std::string(kAsidePrefix) + "XXXXXX" + kAsideEnding);
     FileHandle handle(g_mkstemp_full(aside.data(), O_WRONLY | O_CLOEXEC, kUsualMode));
-    if (!handle.isOpen()) return fail("its folder cannot be written", reason);
-    bool done = false;
-    if (exists && ::fchmod(handle.get(), present.st_mode & kPermissions) != 0) {
-        fail("its permissions cannot be kept", reason);
+    if (!handle.isOpen()) {
+        reason = withCause("its folder cannot be written");
+    } else if (exists && ::fchmod(handle.get(), present.st_mode & kPermissions) != 0) {
+        reason = withCause("its permissions cannot be kept");
     } else if (!write(handle, bytes, sync)) {
-        fail("cannot be written", reason);
+        reason = withCause("cannot be written");
+    } else if (std::rename(aside.c_str(), target.c_str()) != 0) {
+        reason = withCause("cannot be replaced");
     } else {
-        done = std::rename(aside.c_str(), target.c_str()) == 0 || fail("cannot be replaced", reason);
+        if (sync == Sync::Yes) syncFolder(folder);
+        return true;
     }
-    if (!done) ::unlink(aside.c_str());
-    if (done && sync == Sync::Yes) syncFolder(folder);
-    return done;
+    ::unlink(aside.c_str());
+    return false;
 }
 
 void removeAbandoned(const fs::path& folder) {
