@@ -152,7 +152,7 @@ inline double strokeOn(host::Display& display, host::Size size) {
 /// The same in a window; somebody moves the pointer.
 inline double windowStroke(host::Size size) {
     std::string error;
-    const std::unique_ptr<host::Display> display = host::openWindow(size, host::PixelFormat::Rgb24, "stroke", error);
+    const std::unique_ptr<host::Display> display = host::openWindow(size, "stroke", {}, error);
     if (!display) return 0;
     SDL_Event press{};
     press.type = SDL_MOUSEBUTTONDOWN;

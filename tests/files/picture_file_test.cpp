@@ -2,6 +2,7 @@
 #include "platform/host/files/picture_file.h"
 
 #include <gtest/gtest.h>
+#include <png.h>
 
 #include "files/scratch.h"
 
@@ -21,7 +22,7 @@ protected:
 };
 
 TEST_F(PictureFile, ComesBackAsItWasSaved) {
-    // Widths around the padding of rows and the five pixels that are exchanged at once.
+    // Widths around the padding of rows.
     for (const int width : {1, 2, 3, 4, 5, 6, 10, 11, 47, 1404}) {
         for (const int depth : {8, 24}) {
             for (const char* name : {"a.bmp", "a.png", "A.BMP"}) {
@@ -92,6 +93,42 @@ TEST_F(PictureFile, EveryKindOfBmpIsRead) {
         const BitmapPtr picture = load(folder_ / "a.bmp");
         ASSERT_NE(picture, nullptr) << name << ": " << error_;
         ASSERT_EQ(picture->depth, 24) << name;
+        EXPECT_EQ(scratch::pixels(*picture), expected) << name;
+    }
+}
+
+/// A PNG file of two pixels, in one of the library's formats.
+Bytes png(png_uint_32 format, const Bytes& pixels, const Bytes& colours = {}) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = 2;
+    image.height = 1;
+    image.format = format;
+    image.colormap_entries = 2;
+    Bytes file(1000);
+    png_alloc_size_t size = file.size();
+    png_image_write_to_memory(&image, file.data(), &size, 0, pixels.data(), 0,
+                              colours.empty() ? nullptr : colours.data());
+    file.resize(size);
+    return file;
+}
+
+TEST_F(PictureFile, EveryKindOfPngIsReadAndComesOntoWhite) {
+    const std::vector<std::tuple<const char*, Bytes, Bytes>> kinds{
+        {"grey", png(PNG_FORMAT_GRAY, {0, 200}), {0, 200}},
+        {"grey, alpha", png(PNG_FORMAT_GA, {0, 128, 7, 0}), {127, 255}},
+        {"colour", png(PNG_FORMAT_RGB, {1, 2, 3, 4, 5, 6}), {1, 2, 3, 4, 5, 6}},
+        {"colour, alpha", png(PNG_FORMAT_RGBA, {200, 100, 0, 255, 200, 100, 0, 51}), {200, 100, 0, 244, 224, 204}},
+        {"palette", png(PNG_FORMAT_RGB_COLORMAP, {1, 0}, {1, 2, 3, 4, 5, 6}), {4, 5, 6, 1, 2, 3}},
+        {"grey palette", png(PNG_FORMAT_RGB_COLORMAP, {1, 0}, {9, 9, 9, 4, 4, 4}), {4, 9}},
+        {"palette, alpha", png(PNG_FORMAT_RGBA_COLORMAP, {1, 0}, {1, 2, 3, 255, 4, 5, 6, 0}), {255, 255, 255, 1, 2, 3}},
+        // The library says of these that their light is linear; the values count.
+        {"16 bits", png(PNG_FORMAT_LINEAR_Y, {0x12, 0x34, 0x12, 0x80}), {0x34, 0x80}}};
+    for (const auto& [name, bytes, expected] : kinds) {
+        scratch::write(folder_ / "a.png", bytes);
+        const BitmapPtr picture = load(folder_ / "a.png");
+        ASSERT_NE(picture, nullptr) << name << ": " << error_;
+        EXPECT_EQ(picture->depth, expected.size() == 2 ? 8 : 24) << name;
         EXPECT_EQ(scratch::pixels(*picture), expected) << name;
     }
 }

@@ -18,7 +18,7 @@ constexpr Rect kAll{0, 0, 300, 400};
 struct WindowTest : testing::Test {
     WindowTest() {
         setenv("SDL_VIDEODRIVER", "dummy", 1);
-        display = openWindow(kAll.size(), PixelFormat::Rgb24, "Test", error);
+        display = openWindow(kAll.size(), "Test", COLOUR_SOURCE_DIR "/theme/browser/icon.svg", error);
         for (Uint32 id = 1; window == nullptr && id < 100; ++id) window = SDL_GetWindowFromID(id);
         drain();
     }

@@ -45,8 +45,8 @@ std::unique_ptr<Display> openDisplay(const Options& options, const Theme& theme,
     // Where none is named nothing is tried: the libraries would print lines of their own about it.
     const bool tried = options.display == DisplayKind::Window || displayIsNamed();
     std::string error = "there is no display here";
-    auto window =
-        tried ? openWindow(options.device.bounds().size(), formatOf(options.device), "Colour", error) : nullptr;
+    const std::filesystem::path icon = theme.folder("browser") / "icon.svg";
+    auto window = tried ? openWindow(options.device.bounds().size(), "Colour", icon, error) : nullptr;
     if (window != nullptr) return window;
     if (options.display == DisplayKind::Window)
         refuse("no window can be opened: " + error + " (try --display browser)");

@@ -34,9 +34,7 @@ Explorer::Explorer(const Desk& desk, const Storage& storage, ExplorerActions act
       next_(layout_.nextButton(), face(desk, "@NextPage", "explorer_next")) {}
 
 void Explorer::show() {
-    pictures_ = storage_.pictures();
-    page_ = std::min(page_, pages() - 1);
-    fillPage();
+    readFolder();
     if (actions_.saveFailed()) notice_ = desk_.languages.text("@NotSaved");
     paint();
     desk_.panel.update(desk_.device.bounds(), Waveform::Full);
@@ -68,6 +66,12 @@ std::vector<Tile> Explorer::tiles() const {
 }
 
 int Explorer::pages() const { return layout_.pages(1 + static_cast<int>(pictures_.size())); }
+
+void Explorer::readFolder() {
+    pictures_ = storage_.pictures();
+    page_ = std::min(page_, pages() - 1);
+    fillPage();
+}
 
 void Explorer::fillPage() {
     grid_.clear();
@@ -159,9 +163,7 @@ void Explorer::openPicture(const std::string& devicePath) {
         page_ = 0;
         return actions_.open(devicePath);
     }
-    pictures_ = storage_.pictures();
-    page_ = std::min(page_, pages() - 1);
-    fillPage();
+    readFolder();
     std::error_code unknown;
     if (std::filesystem::exists(file, unknown)) notice_ = desk_.languages.text("@DamagedPicture");
     paint();

@@ -51,6 +51,7 @@ public:
     [[nodiscard]] std::vector<Tile> tiles() const;
 
 private:
+    void readFolder();
     void fillPage();
     void paint();
     void pointer(int type, Point at);

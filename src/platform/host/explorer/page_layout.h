@@ -12,7 +12,6 @@ public:
 
     [[nodiscard]] Rect titleBar() const { return titleBar_; }
     [[nodiscard]] Rect exitButton() const { return exitButton_; }
-    [[nodiscard]] Rect pageBar() const { return pageBar_; }
     [[nodiscard]] Rect previousButton() const;
     [[nodiscard]] Rect nextButton() const;
 

@@ -57,17 +57,17 @@ void PagePainter::title(const std::string& notice) {
     desk_.screen.fill(bar, kWhite);
     desk_.screen.fill(
         {0, bar.h - desk_.device.frameThickness(kThinLine), bar.w, desk_.device.frameThickness(kThinLine)}, kBlack);
-    const font_s nameFont = font(kNameSize);
+    const font_s nameFont{.size = kNameSize};
     const int nameWidth = std::min(desk_.text.measure(kProgramName, nameFont, 0).w + 1, bar.w / 2);
     desk_.text.draw(desk_.screen, {margin, 0, nameWidth, bar.h}, kProgramName, nameFont, {.wrap = Wrap::None});
     if (notice.empty()) return;
     const int left = margin + nameWidth + margin;
     const Rect room{left, 0, layout_.exitButton().x - margin - left, bar.h - margin / 4};
     if (room.empty()) return;
-    font_s noticeFont = font(kNoticeSize);
+    font_s noticeFont{.size = kNoticeSize};
     int height = desk_.text.measure(notice, noticeFont, room.w).h;
     for (; height > room.h && noticeFont.size > kSmallestNotice; --noticeFont.size)
-        height = desk_.text.measure(notice, font(noticeFont.size - 1), room.w).h;
+        height = desk_.text.measure(notice, {.size = noticeFont.size - 1}, room.w).h;
     const Rect box = centredIn(room, {room.w, std::min(height, room.h)});
     desk_.text.draw(desk_.screen, box, notice, noticeFont, {.align = Align::Centre});
 }
@@ -96,7 +96,7 @@ void PagePainter::pageNumber(int page, int pages) {
     const int left = static_cast<int>(layout_.previousButton().right());
     const Rect room{left, layout_.previousButton().y, layout_.nextButton().x - left, layout_.previousButton().h};
     const std::string text = std::to_string(page + 1) + " / " + std::to_string(pages);
-    desk_.text.draw(desk_.screen, room, text, font(kPageNumberSize), {.align = Align::Centre, .wrap = Wrap::None});
+    desk_.text.draw(desk_.screen, room, text, {.size = kPageNumberSize}, {.align = Align::Centre, .wrap = Wrap::None});
 }
 
 void PagePainter::press(const Rect& tile, bool pressed) {
@@ -123,7 +123,7 @@ void PagePainter::centred(const Rect& room, const bitmap_s& picture) {
 }
 
 void PagePainter::caption(const Rect& tile, const std::string& text) {
-    desk_.text.draw(desk_.screen, layout_.caption(tile), text, font(kCaptionSize),
+    desk_.text.draw(desk_.screen, layout_.caption(tile), text, {.size = kCaptionSize},
                     {.align = Align::Centre, .wrap = Wrap::None});
 }
 
@@ -133,8 +133,6 @@ Rect PagePainter::emptySheet(const Rect& room) const {
     const double factor = std::min(1.0 * room.w / device.width, 1.0 * room.h / pageHeight);
     return centredIn(room, {static_cast<int>(device.width * factor), static_cast<int>(pageHeight * factor)});
 }
-
-font_s PagePainter::font(int size) const { return {.size = size}; }
 
 std::string captionOf(const PictureEntry& picture) {
     const std::string name = picture.file.stem().string();

@@ -32,7 +32,6 @@ private:
     void caption(const Rect& tile, const std::string& text);
     /// A sheet of the page's shape.
     [[nodiscard]] Rect emptySheet(const Rect& room) const;
-    [[nodiscard]] font_s font(int size) const;
 
     Desk desk_;
     const PageLayout& layout_;

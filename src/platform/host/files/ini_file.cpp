@@ -1,5 +1,6 @@
 #include "platform/host/files/ini_file.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <string_view>
@@ -17,43 +18,22 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
 }
 
-bool hasControlCharacter(std::string_view line) {
-    for (const char c : line)
-        if (static_cast<unsigned char>(c) < ' ' && c != '\t') return true;
-    return false;
-}
-
-/// Takes the file line by line and remembers the section.
-class IniReader {
-public:
-    /// False when the line is none of an ini file's.
-    bool take(std::string_view line) {
-        if (line.empty() || line.front() == '#' || line.front() == ';') return true;
-        if (hasControlCharacter(line)) return false;
-        return line.front() == '[' ? takeSection(line) : takeValue(line);
-    }
-
-    IniValues values;
-
-private:
-    bool takeSection(std::string_view line) {
+/// Takes a line in; false when it is none of an ini file's. `section` ends in a dot, unless it is empty.
+bool take(std::string_view line, std::string& section, IniValues& values) {
+    if (line.empty() || line.front() == '#' || line.front() == ';') return true;
+    if (std::any_of(line.begin(), line.end(), [](unsigned char c) { return c < ' ' && c != '\t'; })) return false;
+    if (line.front() == '[') {
         if (line.back() != ']') return false;
-        const std::string_view name = trimmed(line.substr(1, line.size() - 2));
-        section_ = name.empty() ? std::string() : std::string(name) + ".";
+        section = trimmed(line.substr(1, line.size() - 2));
+        if (!section.empty()) section += '.';
         return true;
     }
-
-    bool takeValue(std::string_view line) {
-        const std::size_t equals = line.find('=');
-        if (equals == std::string_view::npos) return false;
-        const std::string_view key = trimmed(line.substr(0, equals));
-        if (key.empty()) return false;
-        values[section_ + std::string(key)] = trimmed(line.substr(equals + 1));
-        return true;
-    }
-
-    std::string section_;
-};
+    const std::size_t equals = line.find('=');
+    const std::string_view key = trimmed(line.substr(0, equals));
+    if (equals == std::string_view::npos || key.empty()) return false;
+    values[section + std::string(key)] = trimmed(line.substr(equals + 1));
+    return true;
+}
 
 }  // namespace
 
@@ -62,16 +42,17 @@ std::optional<IniValues> readIniFile(const std::filesystem::path& file) {
     if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
     std::ifstream stream(file, std::ios::binary);
     if (!stream) return std::nullopt;
-    IniReader reader;
+    IniValues values;
+    std::string section;
     std::string text;
     for (int number = 1; std::getline(stream, text); ++number) {
         std::string_view line = text;
         if (number == 1 && line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
-        if (reader.take(trimmed(line))) continue;
+        if (take(trimmed(line), section, values)) continue;
         std::cerr << "colour: " << file.string() << ":" << number << ": neither \"key = value\" nor \"[section]\"\n";
     }
     if (stream.bad()) return std::nullopt;
-    return std::move(reader.values);
+    return values;
 }
 
 }  // namespace host

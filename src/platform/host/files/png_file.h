@@ -1,17 +1,19 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <istream>
 #include <string>
+#include <vector>
+
+#include "platform/host/screen/bitmap_record.h"
 
 namespace host {
 
-[[nodiscard]] bool isPng(std::span<const std::uint8_t> start);
+/// The picture in a PNG file, which is open in `file`, at its start. Null, with the reason in `reason`, when it is cut,
+/// damaged, too large, or promises more pixels than its content can hold.
+[[nodiscard]] BitmapPtr loadPng(std::istream& file, std::string& reason);
 
-/// Checks a whole PNG file and reduces it in place to the chunks that make up its pixels, so that a decoder sees
-/// nothing else: a damaged colour profile or an endless comment must not cost the picture. Returns the reduced
-/// file's part of `bytes`; empty, with the reason in `reason`, when the file is cut, damaged, too large, or
-/// promises more pixels than its content can hold.
-[[nodiscard]] std::span<std::uint8_t> reducePng(std::span<std::uint8_t> bytes, std::string& reason);
+/// A PNG file with the pixels of a record of depth 8, 24 or 32. Empty, with the reason in `reason`, on failure.
+[[nodiscard]] std::vector<std::uint8_t> encodePng(const bitmap_s& bitmap, std::string& reason);
 
 }  // namespace host

@@ -1,14 +1,16 @@
 #include "platform/host/files/replaced_file.h"
 
 #include <fcntl.h>
+#include <glib.h>
 #include <sys/stat.h>
 
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
+
+#include "platform/host/base/file_handle.h"
 
 namespace host {
 
@@ -29,83 +31,60 @@ fs::path followLinks(fs::path path) {
     return path;
 }
 
-fs::path folderOf(const fs::path& path) { return path.has_parent_path() ? path.parent_path() : fs::path("."); }
-
 void syncFolder(const fs::path& folder) {
     // Some file systems cannot sync a folder. The picture is in its place by then, so this is no failure.
     const FileHandle handle(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (handle.isOpen()) static_cast<void>(::fsync(handle.get()));
 }
 
-}  // namespace
+std::string withCause(const char* what) { return std::string(what) + ": " + std::strerror(errno); }
 
-ReplacedFile::~ReplacedFile() {
-    if (!aside_.empty()) ::unlink(aside_.c_str());
-}
-
-bool ReplacedFile::open(const fs::path& target) {
-    target_ = followLinks(target);
-    std::error_code error;
-    fs::create_directories(folderOf(target_), error);
-    if (error) {
-        reason_ = "its folder cannot be made: " + error.message();
-        return false;
-    }
-    return checkTarget() && createAside();
-}
-
-bool ReplacedFile::checkTarget() {
-    struct stat state {};
-    if (::stat(target_.c_str(), &state) != 0) return true;
-    if (!S_ISREG(state.st_mode)) {
-        reason_ = "is not an ordinary file";
-        return false;
-    }
-    // A rename would replace a write-protected file without a word.
-    return ::access(target_.c_str(), W_OK) == 0 || fail("is write-protected");
-}
-
-bool ReplacedFile::createAside() {
-    static std::atomic<unsigned> serial{0};
-    constexpr mode_t kUsualMode = 0666;
-    constexpr mode_t kPermissions = 07777;
-    do {
-        const std::string number = std::to_string(::getpid()) + "-" + std::to_string(serial++);
-        aside_ = folderOf(target_) / (kAsidePrefix + number + kAsideEnding);
-        handle_ = FileHandle(::open(aside_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kUsualMode));
-    } while (!handle_.isOpen() && errno == EEXIST);
-    if (!handle_.isOpen()) {
-        aside_.clear();
-        return fail("its folder cannot be written");
-    }
-    struct stat present {};
-    if (::stat(target_.c_str(), &present) != 0) return true;
-    return ::fchmod(handle_.get(), present.st_mode & kPermissions) == 0 || fail("its permissions cannot be kept");
-}
-
-bool ReplacedFile::append(std::span<const std::uint8_t> bytes) {
-    if (failed()) return false;
+bool write(FileHandle& file, std::span<const std::uint8_t> bytes, Sync sync) {
     while (!bytes.empty()) {
-        const ssize_t count = ::write(handle_.get(), bytes.data(), bytes.size());
+        const ssize_t count = ::write(file.get(), bytes.data(), bytes.size());
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return fail("cannot be written");
+        if (count < 0) return false;
         bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
-    return true;
+    return (sync == Sync::No || ::fsync(file.get()) == 0) && file.close();
 }
 
-bool ReplacedFile::commit(Sync sync) {
-    if (failed()) return false;
-    if (sync == Sync::Yes && ::fsync(handle_.get()) != 0) return fail("cannot be written");
-    if (!handle_.close()) return fail("cannot be written");
-    if (std::rename(aside_.c_str(), target_.c_str()) != 0) return fail("cannot be replaced");
-    aside_.clear();
-    if (sync == Sync::Yes) syncFolder(folderOf(target_));
-    return true;
+/// Why the target cannot be replaced by such a file; empty when nothing speaks against it.
+std::string findFault(const fs::path& target, const struct stat& present) {
+    if (!S_ISREG(present.st_mode)) return "is not an ordinary file";
+    // A rename would replace a write-protected file without a word.
+    return ::access(target.c_str(), W_OK) == 0 ? "" : withCause("is write-protected");
 }
 
-bool ReplacedFile::fail(const char* what) {
-    reason_ = std::string(what) + ": " + std::strerror(errno);
+}  // namespace
+
+bool replaceFile(const fs::path& file, std::span<const std::uint8_t> bytes, Sync sync, std::string& reason) {
+    const fs::path target = followLinks(file);
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    std::error_code error;
+    fs::create_directories(folder, error);
+    struct stat present {};
+    const bool exists = ::stat(target.c_str(), &present) == 0;
+    reason = error ? "its folder cannot be made: " + error.message() : exists ? findFault(target, present) : "";
+    if (!reason.empty()) return false;
+
+    constexpr int kUsualMode = 0666;
+    constexpr mode_t kPermissions = 07777;
+    std::string aside = folder / (std::string(kAsidePrefix) + "XXXXXX" + kAsideEnding);
+    FileHandle handle(g_mkstemp_full(aside.data(), O_WRONLY | O_CLOEXEC, kUsualMode));
+    if (!handle.isOpen()) {
+        reason = withCause("its folder cannot be written");
+    } else if (exists && ::fchmod(handle.get(), present.st_mode & kPermissions) != 0) {
+        reason = withCause("its permissions cannot be kept");
+    } else if (!write(handle, bytes, sync)) {
+        reason = withCause("cannot be written");
+    } else if (std::rename(aside.c_str(), target.c_str()) != 0) {
+        reason = withCause("cannot be replaced");
+    } else {
+        if (sync == Sync::Yes) syncFolder(folder);
+        return true;
+    }
+    ::unlink(aside.c_str());
     return false;
 }
 

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <system_error>
@@ -23,20 +22,11 @@ namespace fs = std::filesystem;
 constexpr std::string_view kDeviceRoot = "/mnt/ext1";
 constexpr const char* kPicturesFolder = "My pictures";
 
-/// An absolute path from the environment; empty when there is none.
-fs::path folderFromEnvironment(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr && *value == '/' ? fs::path(value) : fs::path();
-}
-
 fs::path chooseRoot(const std::string& directory) {
     if (!directory.empty()) return directory;
     std::error_code ignored;
     if (fs::is_directory(kDeviceRoot, ignored) && ::access(kDeviceRoot.data(), W_OK) == 0) return kDeviceRoot;
-    const fs::path dataHome = folderFromEnvironment("XDG_DATA_HOME");
-    if (!dataHome.empty()) return dataHome / "colour";
-    const fs::path home = folderFromEnvironment("HOME");
-    return home.empty() ? fs::path(kDeviceRoot) : home / ".local/share/colour";
+    return fs::path(g_get_user_data_dir()) / "colour";
 }
 
 /// Why pictures cannot be kept in this folder, which is made where it is missing; empty when they can.

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <iostream>
-#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -34,13 +34,12 @@ struct Units {
 
 /// "SIDE" or "WIDTH x HEIGHT"; false, with `units` as they were, for anything else.
 bool readUnits(const std::string& text, Units& units) {
-    std::istringstream words(text);
     Units read{};
-    if (!(words >> read.width)) return false;
-    read.height = read.width;
-    char times = 'x';
-    if (!(words >> std::ws).eof() && !(words >> times >> read.height)) return false;
-    if (times != 'x' || !(words >> std::ws).eof() || !(read.width > 0) || !(read.height > 0)) return false;
+    char rest = 0;
+    const bool square = std::sscanf(text.c_str(), "%lf %c", &read.width, &rest) == 1;
+    if (!square && std::sscanf(text.c_str(), "%lf x %lf %c", &read.width, &read.height, &rest) != 2) return false;
+    if (square) read.height = read.width;
+    if (!(read.width > 0) || !(read.height > 0)) return false;
     units = read;
     return true;
 }

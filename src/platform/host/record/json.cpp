@@ -1,7 +1,9 @@
 #include "platform/host/record/json.h"
 
+#include <glib.h>
+
 #include <charconv>
-#include <cstddef>
+#include <cstdio>
 #include <optional>
 
 #include "platform/host/base/utf8.h"
@@ -16,35 +18,12 @@ constexpr std::string_view kShortMeanings = "\"\\/\b\f\n\r\t";
 
 bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20; }
 
-void appendEscaped(std::string& out, char c) {
+std::string escaped(char c) {
     const std::size_t letter = kShortMeanings.find(c);
-    if (letter != std::string_view::npos) {
-        out += {'\\', kShortLetters[letter]};
-        return;
-    }
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    out += "\\u00";
-    out += kDigits[static_cast<std::size_t>(c) >> 4U];
-    out += kDigits[static_cast<std::size_t>(c) & 0xFU];
-}
-
-void appendUtf8(std::string& out, unsigned code) {
-    const auto tail = [&](unsigned shift) { out += static_cast<char>(0x80U | ((code >> shift) & 0x3FU)); };
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-    } else if (code < 0x800) {
-        out += static_cast<char>(0xC0U | (code >> 6U));
-        tail(0);
-    } else if (code < 0x10000) {
-        out += static_cast<char>(0xE0U | (code >> 12U));
-        tail(6);
-        tail(0);
-    } else {
-        out += static_cast<char>(0xF0U | (code >> 18U));
-        tail(12);
-        tail(6);
-        tail(0);
-    }
+    if (letter != std::string_view::npos) return {'\\', kShortLetters[letter]};
+    char code[7];
+    std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(c));
+    return code;
 }
 
 /// Takes "XXXX" off the front.
@@ -76,7 +55,8 @@ bool takeEscape(std::string_view& input, std::string& text, std::string& error) 
     if (!input.empty()) input.remove_prefix(1);
     if (letter == 'u') {
         const std::optional<unsigned> code = takeCodePoint(input);
-        if (code) appendUtf8(text, *code);
+        char bytes[6];
+        if (code) text.append(bytes, static_cast<std::size_t>(g_unichar_to_utf8(*code, bytes)));
         if (!code) error = "a \\u escape in the string is no character";
         return code.has_value();
     }
@@ -97,7 +77,7 @@ std::string jsonQuoted(std::string_view text) {
         const char c = text.front();
         const Utf8Sequence sequence = firstSequence(text);
         if (c == '"' || c == '\\' || isControl(c)) {
-            appendEscaped(out, c);
+            out += escaped(c);
         } else {
             out += sequence.whole ? text.substr(0, sequence.bytes) : kReplacementCharacter;
         }

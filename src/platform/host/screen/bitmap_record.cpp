@@ -3,8 +3,7 @@
 #include <cstring>
 #include <limits>
 
-#include "platform/host/base/geometry.h"
-#include "platform/host/screen/huge_pages.h"
+#include "platform/host/screen/framebuffer.h"
 
 namespace host {
 

@@ -37,21 +37,17 @@ struct Pixel {
 /// Draws `count` pixels of a bitmap's row from pixel `first` on.
 using DrawRow = void (*)(std::uint8_t* target, const std::uint8_t* row, int first, int count);
 
-template <int depth>
-void drawOnGrey(std::uint8_t* target, const std::uint8_t* row, int first, int count) {
-    for (int i = 0; i < count; ++i) {
+template <int depth, int channels>
+void blendRow(std::uint8_t* target, const std::uint8_t* row, int first, int count) {
+    for (int i = 0; i < count; ++i, target += channels) {
         const Pixel<depth> pixel(row, first + i);
-        target[i] = blend(target[i], luminance({pixel.red, pixel.green, pixel.blue}), pixel.alpha);
-    }
-}
-
-template <int depth>
-void drawOnColour(std::uint8_t* target, const std::uint8_t* row, int first, int count) {
-    for (int i = 0; i < count; ++i, target += 3) {
-        const Pixel<depth> pixel(row, first + i);
-        target[0] = blend(target[0], pixel.red, pixel.alpha);
-        target[1] = blend(target[1], pixel.green, pixel.alpha);
-        target[2] = blend(target[2], pixel.blue, pixel.alpha);
+        if constexpr (channels == 1) {
+            *target = blend(*target, luminance({pixel.red, pixel.green, pixel.blue}), pixel.alpha);
+        } else {
+            target[0] = blend(target[0], pixel.red, pixel.alpha);
+            target[1] = blend(target[1], pixel.green, pixel.alpha);
+            target[2] = blend(target[2], pixel.blue, pixel.alpha);
+        }
     }
 }
 
@@ -64,15 +60,15 @@ DrawRow drawRow(int depth, PixelFormat format) {
     const bool grey = format == PixelFormat::Grey8;
     switch (depth) {
         case 1:
-            return grey ? drawOnGrey<1> : drawOnColour<1>;
+            return grey ? blendRow<1, 1> : blendRow<1, 3>;
         case 4:
-            return grey ? drawOnGrey<4> : drawOnColour<4>;
+            return grey ? blendRow<4, 1> : blendRow<4, 3>;
         case 8:
-            return grey ? copyRow<1> : drawOnColour<8>;
+            return grey ? copyRow<1> : blendRow<8, 3>;
         case 24:
-            return grey ? drawOnGrey<24> : copyRow<3>;
+            return grey ? blendRow<24, 1> : copyRow<3>;
         case 32:
-            return grey ? drawOnGrey<32> : drawOnColour<32>;
+            return grey ? blendRow<32, 1> : blendRow<32, 3>;
         default:
             return nullptr;
     }
@@ -80,12 +76,6 @@ DrawRow drawRow(int depth, PixelFormat format) {
 
 std::size_t rowBytes(const Framebuffer& buffer, int width) {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(buffer.bytesPerPixel());
-}
-
-/// The rows of whole-width areas follow one another without a gap: one copy, which the machine does faster.
-bool oneBlock(const Framebuffer& buffer, const bitmap_s& bitmap, Rect area) {
-    return bitmap.depth == 8 * buffer.bytesPerPixel() && area.w == buffer.size().w && area.w == bitmap.width &&
-           bitmap.scanline == buffer.stride();
 }
 
 /// From one page to the next most rows stay as they are. A row is looked at before it is copied, which costs no more
@@ -111,7 +101,8 @@ bool drawable(const bitmap_s& bitmap) {
 void drawBitmap(Framebuffer& buffer, Point topLeft, const bitmap_s& bitmap, Rect area, Damage& damage) {
     const int left = area.x - topLeft.x;
     const int top = area.y - topLeft.y;
-    if (oneBlock(buffer, bitmap, area)) {
+    const bool wholeRows = area.w == buffer.size().w && area.w == bitmap.width && bitmap.scanline == buffer.stride();
+    if (wholeRows && bitmap.depth == 8 * buffer.bytesPerPixel()) {
         copyChangedRows(buffer, bitmap, top, area, damage);
         return;
     }
@@ -126,11 +117,6 @@ BitmapPtr captureArea(const Framebuffer& buffer, Rect area) {
     const Rect inside = area.intersected(buffer.bounds());
     if (inside != area) std::memset(bitmap_pixels(bitmap.get()), 0xFF, pixelBytes(*bitmap));
     if (inside.empty()) return bitmap;
-    if (oneBlock(buffer, *bitmap, inside)) {
-        std::memcpy(bitmapRow(*bitmap, inside.y - area.y), buffer.at(0, inside.y),
-                    buffer.stride() * static_cast<std::size_t>(inside.h));
-        return bitmap;
-    }
     const std::size_t indent = rowBytes(buffer, inside.x - area.x);
     for (int y = inside.y; y < inside.bottom(); ++y) {
         std::memcpy(bitmapRow(*bitmap, y - area.y) + indent, buffer.at(inside.x, y), rowBytes(buffer, inside.w));

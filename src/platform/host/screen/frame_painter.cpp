@@ -1,11 +1,11 @@
 #include "platform/host/screen/frame_painter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
 #include "platform/host/screen/paint.h"
-#include "platform/host/screen/round_corner.h"
 
 namespace host {
 
@@ -28,6 +28,39 @@ constexpr Corner kCorners[] = {
 
 /// Half of a box's shorter side, and one more pixel where that side is odd.
 int upperHalf(int side) { return side / 2 + side % 2; }
+
+constexpr int kSlices = 16;  // columns into which a pixel on the rim is cut; exact to a quarter of a level
+
+double sliceInDisc(double x, double top, double bottom, double radius) {
+    const double half = std::sqrt(std::max(radius * radius - x * x, 0.0));
+    return std::max(std::min(half, bottom) - std::max(-half, top), 0.0);
+}
+
+/// Area that the pixel whose top-left corner lies at (x, y) shares with a disc around the origin.
+double areaInDisc(double x, double y, double radius) {
+    const double farX = std::max(std::abs(x), std::abs(x + 1));
+    const double farY = std::max(std::abs(y), std::abs(y + 1));
+    if (farX * farX + farY * farY <= radius * radius) return 1;
+    const double nearX = std::max({x, -x - 1, 0.0});
+    const double nearY = std::max({y, -y - 1, 0.0});
+    if (nearX * nearX + nearY * nearY >= radius * radius) return 0;
+    double sum = 0;
+    for (int slice = 0; slice < kSlices; ++slice) {
+        sum += sliceInDisc(x + (slice + 0.5) / kSlices, y, y + 1, radius);
+    }
+    return sum / kSlices;
+}
+
+/// Coverage of a pixel of an antialiased round corner: 0 (nothing) to 255 (all), the share of its area that lies
+/// between two arcs around one centre; a shape that is filled has the inner radius 0. Pixels are counted from the outer
+/// corner of the box, so the four corners of a box are one another's mirror images, and columns and rows may be
+/// exchanged.
+int cornerCoverage(int column, int row, double outer, double inner) {
+    const double x = outer - std::max(column, row) - 1;
+    const double y = outer - std::min(column, row) - 1;
+    const double area = areaInDisc(x, y, outer) - (inner > 0 ? areaInDisc(x, y, inner) : 0);
+    return static_cast<int>(std::lround(area * 255));
+}
 
 class FramePainter {
 public:
@@ -112,7 +145,7 @@ private:
     void paintArcs(const std::vector<Arc>& arcs) {
         Rect inwards;
         for (const Arc& arc : arcs) inwards = inwards.united(mirrored(arc.corner, arc.part));
-        const RoundCorner shape(radius_, filled_ ? 0 : radius_ - thickness_);
+        const double inner = filled_ ? 0 : radius_ - thickness_;
         const Paint paint(frame_.colour, buffer_.format());
         const auto blend = [&](int column, int row, int coverage) {
             for (const auto& [corner, part] : arcs) {
@@ -124,7 +157,7 @@ private:
         const bool whole = inwards.x == inwards.y && inwards.w == inwards.h;
         for (int row = inwards.y; row < inwards.bottom(); ++row) {
             for (int column = whole ? row : inwards.x; column < inwards.right(); ++column) {
-                const int coverage = shape.coverage(column, row);
+                const int coverage = cornerCoverage(column, row, radius_, inner);
                 if (coverage == 0) continue;
                 blend(column, row, coverage);
                 if (whole && column != row) blend(row, column, coverage);

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <string>
 #include <vector>
 
 #include "platform/host/base/geometry.h"
@@ -40,5 +42,15 @@ private:
     std::size_t stride_;
     std::vector<std::uint8_t> pixels_;
 };
+
+/// Writes the pixels as a PNG file. False, with one line that names file and reason in `error`, when that fails.
+[[nodiscard]] bool writePng(const std::filesystem::path& file, const Framebuffer& pixels, std::string& error);
+
+/// Asks the kernel for huge pages inside a block that is about to be written; the block's ends that fill none stay
+/// as they are, so it takes no more memory. Ordinary pages, two thousand to a screen, cost more to get than to fill.
+void preferHugePages(void* block, std::size_t bytes);
+
+/// So many bytes of that value, in huge pages.
+[[nodiscard]] std::vector<std::uint8_t> largeBlock(std::size_t bytes, std::uint8_t value);
 
 }  // namespace host

@@ -10,7 +10,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/host/screen/png_writer.h"
 #include "platform/host/session/script_line.h"
 #include "platform/host/touch/pointer_event.h"
 

@@ -1,14 +1,14 @@
 #include "platform/host/window/window_display.h"
 
 #include <SDL.h>
+#include <SDL_image.h>
 
 #include <algorithm>
 #include <array>
 #include <vector>
 
+#include "platform/host/screen/area_scaler.h"
 #include "platform/host/screen/surface.h"
-#include "platform/host/window/area_scaler.h"
-#include "platform/host/window/window_icon.h"
 #include "platform/host/window/window_input.h"
 #include "platform/host/window/window_view.h"
 
@@ -61,7 +61,7 @@ public:
     [[nodiscard]] bool hasScreen() const { return video_.ok(); }
 
     /// False, with SDL's reason, where the screen gives no window that can be painted.
-    bool open(const std::string& title) {
+    bool open(const std::string& title, const std::filesystem::path& icon) {
         SDL_StopTextInput();
         SDL_Rect room{0, 0, panel_.w, panel_.h};
         SDL_GetDisplayUsableBounds(0, &room);
@@ -70,7 +70,7 @@ public:
         window_.reset(SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.w, size.h,
                                        SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
         if (!window_) return false;
-        setIcon(window_.get());
+        if (const SurfacePtr picture{IMG_Load(icon.c_str())}) SDL_SetWindowIcon(window_.get(), picture.get());
         SDL_SetWindowMinimumSize(window_.get(), kSmallestWindow.w, kSmallestWindow.h);
         const SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
         if (surface == nullptr) return false;
@@ -209,11 +209,21 @@ private:
     }
 
     void scaleInto(SDL_Surface& surface, Rect place) {
-        const std::size_t pitch = static_cast<std::size_t>(surface.pitch);
-        std::uint8_t* first = static_cast<std::uint8_t*>(surface.pixels) + static_cast<std::size_t>(place.y) * pitch +
-                              static_cast<std::size_t>(place.x) * sizeof(std::uint32_t);
         const Rect picture = view_.picture();
-        scaler_.scale(*shown_, {place.x - picture.x, place.y - picture.y, place.w, place.h}, {first, pitch});
+        const int channels = shown_->bytesPerPixel();
+        const PixelRows rows{shown_->at(0, 0), shown_->stride(), channels};
+        row_.resize(static_cast<std::size_t>(place.w) * 3);
+        for (int y = place.y; y < place.bottom(); ++y) {
+            const Point first{place.x - picture.x, y - picture.y};
+            const bool scaled = picture.size() != panel_;
+            if (scaled) scaler_.scaleRow(rows, first, place.w, row_.data());
+            const std::uint8_t* from = scaled ? row_.data() : shown_->at(first.x, first.y);
+            auto* to = reinterpret_cast<std::uint32_t*>(static_cast<std::uint8_t*>(surface.pixels) +
+                                                        std::ptrdiff_t{y} * surface.pitch) +
+                       place.x;
+            for (int x = 0; x < place.w; ++x, from += channels)
+                to[x] = channels == 1 ? *from * 0x010101U : std::uint32_t{from[0]} << 16U | from[1] << 8U | from[2];
+        }
     }
 
     Video video_;
@@ -221,6 +231,7 @@ private:
     Size panel_;
     WindowView view_;
     AreaScaler scaler_;
+    std::vector<std::uint8_t> row_;  ///< scaled, on its way into the window
     WindowInput input_;
     SurfacePtr staging_;  ///< for screens of another pixel format
     Uint32 wakeEvent_;
@@ -246,14 +257,15 @@ void setHints() {
 
 }  // namespace
 
-std::unique_ptr<Display> openWindow(Size panel, PixelFormat /*format*/, const std::string& title, std::string& error) {
+std::unique_ptr<Display> openWindow(Size panel, const std::string& title, const std::filesystem::path& icon,
+                                    std::string& error) {
     setHints();
     // By default the window's surface is a texture, which without a GPU is drawn in software, whole, for every
     // refresh: a hundred times the cost. Some window systems offer nothing else.
     for (const char* acceleration : {"0", "1"}) {
         SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, acceleration);
         auto window = std::make_unique<WindowDisplay>(panel);
-        if (window->hasScreen() && window->open(title)) return window;
+        if (window->hasScreen() && window->open(title, icon)) return window;
         error = SDL_GetError();
         if (!window->hasScreen()) break;
     }

@@ -11,19 +11,9 @@ namespace host {
 
 namespace {
 
-Input pointer(Input::Kind kind, Point at) {
-    Input input;
-    input.kind = kind;
-    input.at = at;
-    return input;
-}
+Input pointer(Input::Kind kind, Point at) { return {.kind = kind, .at = at}; }
 
-Input text(std::string characters) {
-    Input input;
-    input.kind = Input::Kind::Text;
-    input.text = std::move(characters);
-    return input;
-}
+Input text(const char* characters) { return {.kind = Input::Kind::Text, .text = characters}; }
 
 WindowPlace placeOf(double x, double y, const WindowView& view) {
     const Point pixel{static_cast<int>(std::floor(x)), static_cast<int>(std::floor(y))};
@@ -123,17 +113,13 @@ std::optional<Input> WindowInput::finger(const SDL_TouchFingerEvent& event, Wind
 
 std::optional<Input> WindowInput::key(const SDL_Keysym& keysym) const {
     if (pastes(keysym)) return typing_ ? paste() : std::nullopt;
-    Input input;
-    input.kind = Input::Kind::Key;
-    if (keysym.sym == SDLK_RETURN || keysym.sym == SDLK_KP_ENTER) {
-        input.key = (keysym.mod & KMOD_SHIFT) != 0 ? Key::ShiftReturn : Key::Return;
-        return input;
-    }
+    const auto typed = [](Key key) { return Input{.kind = Input::Kind::Key, .key = key}; };
+    if (keysym.sym == SDLK_RETURN || keysym.sym == SDLK_KP_ENTER)
+        return typed((keysym.mod & KMOD_SHIFT) != 0 ? Key::ShiftReturn : Key::Return);
     const auto* known = std::find_if(std::begin(kKeys), std::end(kKeys),
                                      [&keysym](const KeyCode& each) { return each.code == keysym.sym; });
     if (known == std::end(kKeys)) return std::nullopt;
-    input.key = known->key;
-    return input;
+    return typed(known->key);
 }
 
 }  // namespace host

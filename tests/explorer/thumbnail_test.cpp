@@ -1,31 +1,24 @@
 // Thumbnails show the whole picture, evenly.
-#include "platform/host/files/thumbnail.h"
+#include "platform/host/explorer/thumbnails.h"
 
 #include <gmock/gmock.h>
 
 #include "files/scratch.h"
-#include "platform/host/files/picture_file.h"
 #include "support/area_mean.h"
 
 namespace {
 
 using host::BitmapPtr;
 
-class Thumbnail : public testing::Test {
-protected:
-    BitmapPtr thumbnail(const bitmap_s& picture, host::Size room, const char* name = "a.bmp") {
-        EXPECT_TRUE(host::savePicture(folder_ / name, picture, error_)) << error_;
-        return host::loadThumbnail(folder_ / name, room, error_);
-    }
+BitmapPtr copyOf(const bitmap_s& picture) {
+    BitmapPtr copy = host::makeBitmap(picture.width, picture.height, picture.depth);
+    std::memcpy(bitmap_pixels(copy.get()), bitmap_pixels(&picture), host::pixelBytes(picture));
+    return copy;
+}
 
-    TemporaryFolder folder_;
-    std::string error_;
-};
-
-TEST_F(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
+TEST(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
     for (const int depth : {8, 24}) {
-        for (const auto& [to, name] : {std::pair(host::Size{300, 75}, "a.bmp"), std::pair(host::Size{28, 7}, "a.bmp"),
-                                       std::pair(host::Size{92, 23}, "a.png")}) {
+        for (const host::Size to : {host::Size{300, 75}, {28, 7}, {92, 23}}) {
             const BitmapPtr picture = scratch::noise(400, 100, depth);
             const int channels = depth / 8;
             // Paper between the marks, as drawings have it.
@@ -35,7 +28,7 @@ TEST_F(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
                     if (y < 35 || x / 61 % 2 == 0) std::fill_n(row + x * channels, channels, std::uint8_t{0xFF});
                 }
             }
-            const BitmapPtr small = thumbnail(*picture, to, name);
+            const BitmapPtr small = host::shrunk(copyOf(*picture), to);
             ASSERT_EQ(small->height, to.h);
             for (int i = 0; i < small->scanline * small->height; ++i) {
                 const host::Point at{i % small->scanline / channels, i / small->scanline};
@@ -43,13 +36,13 @@ TEST_F(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
                     return host::bitmapRow(*picture, y)[x * channels + i % small->scanline % channels];
                 };
                 const double mean = areaMean({400, 100}, {small->width, small->height}, at, stored);
-                ASSERT_NEAR(bitmap_pixels(small.get())[i], mean, 1.5) << name << " " << i;
+                ASSERT_NEAR(bitmap_pixels(small.get())[i], mean, 1.5) << to.w << " " << i;
             }
         }
     }
-    const BitmapPtr white = host::makeBitmap(1404, 1764, 24);
+    BitmapPtr white = host::makeBitmap(1404, 1764, 24);
     std::memset(bitmap_pixels(white.get()), 0xFF, host::pixelBytes(*white));
-    EXPECT_THAT(scratch::pixels(*thumbnail(*white, {299, 376})), testing::Each(255));
+    EXPECT_THAT(scratch::pixels(*host::shrunk(std::move(white), {299, 376})), testing::Each(255));
 }
 
 }  // namespace
