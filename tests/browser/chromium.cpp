@@ -3,9 +3,10 @@
 #include <glib.h>
 #include <sys/stat.h>
 
+#include <sstream>
 #include <stdexcept>
 
-#include "platform/host/files/surface_picture.h"
+#include "platform/host/files/png_file.h"
 #include "platform/host/record/json.h"
 
 namespace {
@@ -95,6 +96,7 @@ host::BitmapPtr Chromium::screenshot() {
     const std::string encoded = jsonField(command("Page.captureScreenshot", R"("format":"png")"), "data");
     gsize size = 0;
     const std::unique_ptr<guchar, decltype(&g_free)> png(g_base64_decode(encoded.c_str(), &size), g_free);
+    std::istringstream file({reinterpret_cast<const char*>(png.get()), size});
     std::string reason;
-    return host::recordFromSurface(*host::decodeSurface(host::PictureKind::Png, {png.get(), size}, reason), reason);
+    return host::loadPng(file, reason);
 }

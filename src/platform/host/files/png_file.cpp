@@ -4,6 +4,7 @@
 
 #include <csetjmp>
 #include <limits>
+#include <string_view>
 
 #include "platform/host/files/picture_file.h"
 #include "platform/host/screen/tone.h"
@@ -23,13 +24,16 @@ void readBytes(png_structp png, png_bytep into, std::size_t count) {
     png_longjmp(png, 1);
 }
 
-void ignore(png_structp /*png*/, png_const_charp /*warning*/) {}
+/// Of what is not the pixels themselves only transparency changes how they look.
+void hear(png_structp png, png_const_charp warning) {
+    if (std::string_view(warning).starts_with("tRNS")) png_error(png, warning);
+}
 
 /// A picture on its way out of a file. The library jumps out of what it does at a fault, so what it fills lives here.
 /// Its simpler interface would do without, but garbles interlaced pictures of 16 bits and follows gamma.
 struct Reading {
     Reading(std::istream& from, std::string& why)
-        : file(from), reason(why), png(png_create_read_struct(PNG_LIBPNG_VER_STRING, &why, fail, ignore)) {}
+        : file(from), reason(why), png(png_create_read_struct(PNG_LIBPNG_VER_STRING, &why, fail, hear)) {}
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
     ~Reading() { png_destroy_read_struct(&png, &info, nullptr); }
