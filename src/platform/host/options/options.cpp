@@ -1,5 +1,6 @@
 #include "platform/host/options/options.h"
 
+#include <glib.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -14,6 +15,7 @@
 #include <functional>
 #include <limits>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -94,14 +96,9 @@ void requireReadable(const char* what, const std::string& path, bool directory =
 }
 
 /// "de", "pt_BR", "zh-Hant": what a file of texts can be named after.
-bool isLanguageCode(std::string_view code) {
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    const auto isPart = [&](std::string_view part, std::size_t shortest, std::size_t longest) {
-        return part.size() >= shortest && part.size() <= longest && std::all_of(part.begin(), part.end(), isLetter);
-    };
-    const std::size_t mark = code.find_first_of("_-");
-    if (!isPart(code.substr(0, mark), 2, 3)) return false;
-    return mark == std::string_view::npos || isPart(code.substr(mark + 1), 2, 8);
+bool isLanguageCode(const std::string& code) {
+    return g_regex_match_simple("^[A-Za-z]{2,3}([_-][A-Za-z]{2,8})?\\z", code.c_str(), GRegexCompileFlags{},
+                                GRegexMatchFlags{}) != FALSE;
 }
 
 DisplayKind displayKind(const std::string& name, std::string& error) {
@@ -134,76 +131,56 @@ std::optional<long> wholeNumber(std::string_view text, long lowest, long highest
     return number;
 }
 
-constexpr long kSmallestSide = 200;
-constexpr long kLargestSide = 10'000;
-constexpr long kLowestDpi = 50;
-constexpr long kHighestDpi = 1'200;
-constexpr double kSmallestScale = 0.25;
-constexpr double kLargestScale = 8.0;
-
-/// Cuts off what stands before the next `separator`, and the separator with it.
-std::string_view takeUntil(std::string_view& text, char separator) {
-    const std::size_t length = std::min(text.find(separator), text.size());
-    const std::string_view part = text.substr(0, length);
-    text.remove_prefix(std::min(length + 1, text.size()));
-    return part;
-}
-
-std::optional<double> scaleFactor(std::string_view text) {
-    double factor = 0;
+bool setScale(Device& device, std::string_view text) {
+    constexpr double kSmallest = 0.25;
+    constexpr double kLargest = 8.0;
     const char* const end = text.data() + text.size();
-    const auto [stopped, code] = std::from_chars(text.data(), end, factor, std::chars_format::fixed);
-    if (code != std::errc{} || stopped != end) return std::nullopt;
-    if (!(factor >= kSmallestScale && factor <= kLargestScale)) return std::nullopt;
-    return factor;
+    const auto [stopped, code] = std::from_chars(text.data(), end, device.scale, std::chars_format::fixed);
+    return code == std::errc{} && stopped == end && device.scale >= kSmallest && device.scale <= kLargest;
 }
 
-bool parseSize(std::string_view text, Device& device, std::string& error) {
-    const auto width = wholeNumber(takeUntil(text, 'x'), kSmallestSide, kLargestSide);
-    const auto height = wholeNumber(takeUntil(text, '@'), kSmallestSide, kLargestSide);
-    const auto dpi = wholeNumber(text, kLowestDpi, kHighestDpi);
-    if (!width || !height) error = "a panel is WIDTHxHEIGHT@DPI, with sides from 200 to 10000 pixels";
-    if (width && height && !dpi) error = "a panel has from 50 to 1200 dots to the inch, as in 1404x1872@300";
-    if (!error.empty()) return false;
-    device.width = static_cast<int>(*width);
-    device.height = static_cast<int>(*height);
-    device.dpi = static_cast<int>(*dpi);
-    return true;
-}
-
-bool parseProperty(std::string_view property, Device& device, std::string& error) {
-    if (property == "colour" || property == "grey") {
-        device.colour = property == "colour";
+/// `seen` holds the names of the properties before this one, which may not come again.
+bool setProperty(Device& device, std::string_view property, std::set<std::string_view>& seen) {
+    const std::string_view name = property.substr(0, property.find('='));
+    const std::string_view value = property.substr(std::min(name.size() + 1, property.size()));
+    const bool isGrey = property == "grey";
+    if (!seen.insert(isGrey ? "colour" : name).second) return false;
+    if (isGrey || property == "colour") {
+        device.colour = !isGrey;
         return true;
     }
-    std::string_view value = property;
-    const std::string_view name = takeUntil(value, '=');
-    if (name == "scale") {
-        const std::optional<double> factor = scaleFactor(value);
-        if (!factor) error = "a panel's scale is a number from 0.25 to 8";
-        device.scale = factor.value_or(device.scale);
-        return factor.has_value();
-    }
-    if (name == "platform") {
-        const auto number = wholeNumber(value, 0, std::numeric_limits<int>::max());
-        if (!number) error = "a panel's platform is a whole number";
-        device.platform = static_cast<int>(number.value_or(device.platform));
-        return number.has_value();
-    }
-    error = "a panel has colour or grey, scale=S and platform=N, but no '" + std::string(property) + "'";
-    return false;
+    if (name == "scale") return setScale(device, value);
+    const auto platform = wholeNumber(value, 0, std::numeric_limits<int>::max());
+    device.platform = static_cast<int>(platform.value_or(0));
+    return name == "platform" && platform.has_value();
 }
 
-/// The device that "WxH@DPI[,colour|,grey][,scale=S][,platform=N]" describes. Nothing, with the reason in `error`,
-/// when it describes none.
+/// The device that "WxH@DPI[,colour|,grey][,scale=S][,platform=N]" describes, each property at most once. Nothing, with
+/// the reason in `error`, when it describes none.
 std::optional<Device> parsePanel(std::string_view text, std::string& error) {
-    error.clear();
-    Device device;
+    const auto take = [&text](char separator) {
+        const std::string_view part = text.substr(0, text.find(separator));
+        text.remove_prefix(std::min(part.size() + 1, text.size()));
+        return part;
+    };
     bool more = text.find(',') != std::string_view::npos;
-    if (!parseSize(takeUntil(text, ','), device, error)) return std::nullopt;
+    const auto width = wholeNumber(take('x'), 200, 10'000);
+    const auto height = wholeNumber(take('@'), 200, 10'000);
+    const auto dpi = wholeNumber(take(','), 50, 1'200);
+    if (!width || !height || !dpi) {
+        error = "a panel is WIDTHxHEIGHT@DPI, with sides from 200 to 10000 pixels and 50 to 1200 dots to the inch";
+        return std::nullopt;
+    }
+    Device device{
+        .width = static_cast<int>(*width), .height = static_cast<int>(*height), .dpi = static_cast<int>(*dpi)};
+    std::set<std::string_view> seen;
     while (more) {
         more = text.find(',') != std::string_view::npos;
-        if (!parseProperty(takeUntil(text, ','), device, error)) return std::nullopt;
+        const std::string_view property = take(',');
+        if (setProperty(device, property, seen)) continue;
+        error = "a panel has colour or grey, scale=S from 0.25 to 8 and platform=N, each once, but no '";
+        error.append(property).append("'");
+        return std::nullopt;
     }
     return device;
 }
