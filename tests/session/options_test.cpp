@@ -34,7 +34,8 @@ protected:
 
 TEST_F(CommandLineOptions, AreAllTaken) {
     const Options options = read(
-        "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --host-name a --host-name b --storage s --theme . "
+        "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --host-name a --host-name b "
+        "--storage s --theme . "
         "--language pt_BR --script plain --trace t --clock 5000000000 --waveforms --log 2");
     const std::vector<std::string> texts{options.picture, options.listen,   options.passwordFile, options.storage,
                                          options.theme,   options.language, options.script,       options.trace};
