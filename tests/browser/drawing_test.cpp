@@ -2,10 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
-
-#include "platform/host/browser/unsent_area.h"
-#include "screen/pixels.h"
 #include "support/input_words.h"
 
 using namespace host;
@@ -74,34 +70,6 @@ TEST_F(BrowserDrawing, ThePenTakesOverFromThePalm) {
     EXPECT_THAT(inputs(), ElementsAre("down 9,9"));
     does(1, Action::Down, Kind::Mouse, 8, {1, 1});
     EXPECT_THAT(inputs(), IsEmpty());
-}
-
-TEST(BrowserUnsentArea, HoldsEachChangedPixelOnceAndTheNewestFirst) {
-    constexpr Size kPanel{40, 30};
-    constexpr int kMostPixels = 100;
-    std::mt19937 random(5);
-    const auto any = [&random](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
-    UnsentArea unsent;
-    std::vector<Rect> added;
-    for (int round = 0; round < 2000; ++round) {
-        const Rect area =
-            Rect{any(kPanel.w), any(kPanel.h), 1 + any(12), 1 + any(12)}.intersected({0, 0, kPanel.w, kPanel.h});
-        unsent.add(area);
-        added.push_back(area);
-        if (any(30) > 0) continue;
-        const Rect first = unsent.takeBand(kMostPixels);
-        EXPECT_TRUE(added.size() > 30 || first == Rect(area.x, area.y, area.w, first.h)) << "the newest";
-        std::vector<Rect> bands{first};
-        while (!unsent.empty()) bands.push_back(unsent.takeBand(kMostPixels));
-        for (const Point at : everyPixel(kPanel)) {
-            const auto holds = [at](const Rect& rect) { return rect.contains(at); };
-            const auto times = std::count_if(bands.begin(), bands.end(), holds);
-            ASSERT_LE(times, 1);
-            ASSERT_TRUE(times == 1 || std::none_of(added.begin(), added.end(), holds));
-        }
-        for (const Rect& band : bands) ASSERT_LE(band.w * band.h, kMostPixels);
-        added.clear();
-    }
 }
 
 }  // namespace

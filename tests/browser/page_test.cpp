@@ -71,6 +71,10 @@ protected:
         for (const std::string& input : expected) EXPECT_EQ(display.input(), input);
     }
 
+    static void setTyping(DisplayHost& display, bool on) {
+        display.run([on](Display& shown, Framebuffer&) { shown.setTextInput(on, {10, 400, 300, 100}); });
+    }
+
     std::optional<Chromium> browser_;
 };
 
@@ -93,7 +97,7 @@ TEST_F(BrowserPage, ShowsThePanelAndSendsMouseAndPen) {
     }
 }
 
-TEST_F(BrowserPage, SendsFingersOfAPhoneWhichThePenTakesOverFrom) {
+TEST_F(BrowserPage, SendsFingersOfAPhoneAndShowsItsKeyboardOnlyWhenAsked) {
     DisplayHost display(kPanel);
     open(display.address, kPhone);
     browser_->touch("touchStart", {onPhone({100, 100})});
@@ -101,6 +105,11 @@ TEST_F(BrowserPage, SendsFingersOfAPhoneWhichThePenTakesOverFrom) {
     browser_->mouse("mousePressed", onPhone({500, 500}), "pen");
     browser_->mouse("mouseReleased", onPhone({500, 500}), "pen");
     expectInputs(display, {"down 100,100", "move 300,200", "up 300,200", "down 500,500", "up 500,500"});
+
+    setTyping(display, true);
+    EXPECT_TRUE(becomesTrue("document.activeElement.inputMode == 'none'"));
+    click("#keyboard");
+    EXPECT_TRUE(becomesTrue("document.activeElement.inputMode == 'text'"));
 }
 
 TEST_F(BrowserPage, KeepsThinLinesVisibleAtEveryScale) {
@@ -136,12 +145,9 @@ TEST_F(BrowserPage, KeepsThinLinesVisibleAtEveryScale) {
 
 TEST_F(BrowserPage, TakesTextHoweverItComes) {
     DisplayHost display(kPanel);
-    const auto setTyping = [&display](bool on) {
-        display.run([on](Display& shown, Framebuffer&) { shown.setTextInput(on, {10, 400, 300, 100}); });
-    };
     open(display.address);
     browser_->strike("x", "x");  // nobody asks for text
-    setTyping(true);
+    setTyping(display, true);
     ASSERT_TRUE(becomesTrue("document.activeElement.id == 'field'"));
     for (const char* letter : {"w", "ö", " ", "ж"}) browser_->strike(letter, letter);
     expectInputs(display, {"text w", "text ö", "text  ", "text ж"});
@@ -169,20 +175,11 @@ TEST_F(BrowserPage, TakesTextHoweverItComes) {
     const std::string pasted = display.input();
     EXPECT_EQ(pasted.substr(0, 11), "text a\nb漢");
     EXPECT_EQ(pasted.size(), std::string("text ").size() + 3 + 1364 * 3) << "cut between characters, 1 byte early";
-    setTyping(false);
+    setTyping(display, false);
     ASSERT_TRUE(becomesTrue("document.activeElement == document.body"));
     browser_->strike("x", "x");
     stroke({{100, 100}});
     EXPECT_EQ(display.input(), "down 100,100");
-}
-
-TEST_F(BrowserPage, APhonesKeyboardComesOnlyWhenAskedFor) {
-    DisplayHost display(kPanel);
-    open(display.address, kPhone);
-    display.run([](Display& shown, Framebuffer&) { shown.setTextInput(true, {10, 400, 300, 100}); });
-    EXPECT_TRUE(becomesTrue("document.activeElement.inputMode == 'none'"));
-    click("#keyboard");
-    EXPECT_TRUE(becomesTrue("document.activeElement.inputMode == 'text'"));
 }
 
 TEST_F(BrowserPage, SavesThePanelAsItIs) {
@@ -219,14 +216,10 @@ TEST_F(BrowserPage, SpeaksThePersonsLanguage) {
     DisplayHost display(kPanel);
     const std::string door = display.address.substr(0, display.address.find('?'));
     browser_->open(door, kDesktop);
+    using Words = std::pair<std::string, std::string>;
     for (const auto& [languages, words] :
-         std::vector<std::pair<std::string, std::string>>{{"pt-BR,de-AT", "Adresse, die"},
-                                                          {"fr", "l’adresse"},
-                                                          {"es-MX", "la dirección"},
-                                                          {"ru", "адрес"},
-                                                          {"ar", "العنوان"},
-                                                          {"en-GB", "the address"},
-                                                          {"ja", "the address"}}) {
+         {Words("pt-BR,de-AT", "Adresse, die"), Words("fr", "l’adresse"), Words("es-MX", "la dirección"),
+          Words("ru", "адрес"), Words("ar", "العنوان"), Words("en-GB", "the address"), Words("ja", "the address")}) {
         browser_->command("Emulation.setUserAgentOverride",
                           R"("userAgent":"Test","acceptLanguage":")" + languages + '"');
         browser_->command("Page.reload");
@@ -255,6 +248,7 @@ TEST_F(BrowserPage, TheDoorOpensByPasswordAlsoWithoutJavaScript) {
     tryPassword("pass word & ä");
     EXPECT_TRUE(becomesTrue(kShown));
 }
+
 TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     constexpr Point kExplorersRule{300, 72};
     constexpr Point kFirstTile{110, 180};

@@ -83,7 +83,7 @@ TEST_F(BrowserWeb, TheAddressAdmitsAndItsTokenIsKept) {
     for (const auto& spoil : std::vector<std::function<void()>>{
              [&] { std::filesystem::permissions(file, std::filesystem::perms(0644)); },
              [&] { std::filesystem::resize_file(file, 20); }, [&] { std::filesystem::remove_all(file.parent_path()); },
-             [&] { setenv("XDG_STATE_HOME", "/proc", 1); }}) {
+             [&] { std::filesystem::remove_all(file.parent_path()), folder_.write("colour", "in the way"); }}) {
         spoil();
         EXPECT_NE(std::exchange(address, open()->address), address);
     }

@@ -34,11 +34,13 @@ protected:
 
 TEST_F(CommandLineOptions, AreAllTaken) {
     const Options options = read(
-        "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --storage s --theme . "
+        "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --host-name a --host-name b "
+        "--storage s --theme . "
         "--language pt_BR --script plain --trace t --clock 5000000000 --waveforms --log 2");
     const std::vector<std::string> texts{options.picture, options.listen,   options.passwordFile, options.storage,
                                          options.theme,   options.language, options.script,       options.trace};
     EXPECT_EQ(texts, (std::vector<std::string>{"picture.BMP", "::", "plain", "s", ".", "pt_BR", "plain", "t"}));
+    EXPECT_EQ(options.hostNames, (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(options.display, DisplayKind::Headless);
     EXPECT_EQ(options.port, 65'535);
     EXPECT_EQ(options.clock, 5'000'000'000);

@@ -25,12 +25,13 @@ export class Picture {
         if (x + width > this.width || y + height > this.height || bytes.length !== width * height * this.#channels) {
             throw new Error('pixels beside the panel');
         }
+        const {pixels} = this;
+        const channels = this.#channels;
+        const [green, blue] = channels === 1 ? [0, 0] : [1, 2];
         let at = 0;
         for (let row = y; row < y + height; ++row) {
-            for (let i = row * this.width + x, end = i + width; i < end; ++i, at += this.#channels) {
-                this.pixels[i] = this.#channels === 1
-                    ? OPAQUE | bytes[at] * 0x010101
-                    : OPAQUE | bytes[at + 2] << 16 | bytes[at + 1] << 8 | bytes[at];
+            for (let i = row * this.width + x, end = i + width; i < end; ++i, at += channels) {
+                pixels[i] = OPAQUE | bytes[at + blue] << 16 | bytes[at + green] << 8 | bytes[at];
             }
         }
         this.#show(x, y, width, height);

@@ -3,6 +3,7 @@
 
 const WHOLE = 256;  // what the weights of one pixel add up to: sums of products stay whole numbers of 31 bits
 const OPAQUE = 0xff000000;
+const TILE = 16;  // pixels a side that are looked at together, since they are often even
 const MIXED = 0;  // no colour, since all are opaque
 
 /** In one direction: which source pixels (first, up to end) each scaled pixel covers, and how much each counts. */
@@ -64,16 +65,31 @@ export class Scaler {
         const [top, bottom] = this.#rows.showing(y, height);
         const image = new ImageData(right - left, bottom - top);
         const into = new Uint32Array(image.data.buffer);
-        const {first, end} = this.#columns;
-        let i = 0;
-        for (let row = top; row < bottom; ++row) {
-            const [start, stop] = [this.#rows.first[row], this.#rows.end[row]];
-            for (let column = left; column < right; ++column) {
-                const colour = evenColour(this.#source, first[column], end[column], start, stop);
-                into[i++] = colour === MIXED ? this.#blend(column, row) : colour;
+        for (let y = top; y < bottom; y += TILE) {
+            for (let x = left; x < right; x += TILE) {
+                const [tileRight, tileBottom] = [Math.min(x + TILE, right), Math.min(y + TILE, bottom)];
+                this.#scaleTile(x, y, tileRight, tileBottom, into, image.width, (y - top) * image.width + x - left);
             }
         }
         return {x: left, y: top, image};
+    }
+
+    /** Into rows that are `stride` long, from the pixel `start` on. */
+    #scaleTile(left, top, right, bottom, into, stride, start) {
+        const {first, end} = this.#columns;
+        const colourOf = (row, lastRow, column, lastColumn) =>
+            evenColour(this.#source, first[column], end[lastColumn], this.#rows.first[row], this.#rows.end[lastRow]);
+        const all = colourOf(top, bottom - 1, left, right - 1);
+        for (let row = top; row < bottom; ++row, start += stride) {
+            if (all !== MIXED) {
+                into.fill(all, start, start + right - left);
+                continue;
+            }
+            for (let column = left, i = start; column < right; ++column, ++i) {
+                const colour = colourOf(row, row, column, column);
+                into[i] = colour === MIXED ? this.#blend(column, row) : colour;
+            }
+        }
     }
 
     #blend(column, row) {

@@ -16,8 +16,7 @@ namespace {
 
 /// The number of a network interface's address as others reach it; empty for any other kind of address.
 std::string reachableNumber(const ifaddrs& interface, bool sixToo) {
-    constexpr unsigned kWanted = IFF_UP | IFF_RUNNING;
-    if (interface.ifa_addr == nullptr || (interface.ifa_flags & (kWanted | IFF_LOOPBACK)) != kWanted) return {};
+    if (interface.ifa_addr == nullptr || (interface.ifa_flags & (IFF_RUNNING | IFF_LOOPBACK)) != IFF_RUNNING) return {};
     const int family = interface.ifa_addr->sa_family;
     if (family != AF_INET && (family != AF_INET6 || !sixToo)) return {};
     const socklen_t size = family == AF_INET ? sizeof(sockaddr_in) : sizeof(sockaddr_in6);

@@ -2,10 +2,14 @@
 
 #include <arpa/inet.h>
 #include <glib.h>
+#include <sys/random.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <utility>
 
@@ -17,6 +21,9 @@ using namespace std::chrono_literals;
 
 constexpr auto kWrongAnswer = 1s;
 constexpr auto kLongestQueue = 10s;
+
+constexpr std::size_t kTokenDigits = 32;
+constexpr std::string_view kHexadecimal = "0123456789abcdef";
 
 std::string lower(std::string_view text) {
     std::string result(text);
@@ -45,6 +52,15 @@ std::vector<std::string> namesOfThisMachine() {
     gethostname(own.data(), own.size() - 1);
     const std::string name = own.data();
     return {"localhost", name, name.substr(0, name.find('.')) + ".local"};
+}
+
+std::string newToken() {
+    std::array<unsigned char, kTokenDigits / 2> random{};
+    // So few bytes come whole, once the machine has gathered any chance at all.
+    if (getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) std::abort();
+    std::string token;
+    for (const unsigned char byte : random) token.append({kHexadecimal[byte >> 4], kHexadecimal[byte & 0xF]});
+    return token;
 }
 
 }  // namespace
@@ -85,6 +101,22 @@ std::optional<Admission::Verdict> Admission::judge(std::string_view secret, Stea
     if (turn - now > kLongestQueue) return {};
     nextTurn_ = right ? turn : turn + kWrongAnswer;
     return Verdict{right, nextTurn_};
+}
+
+std::string keptToken() {
+    const std::string folder = std::string(g_get_user_state_dir()) + "/colour";
+    const std::string file = folder + "/token";
+    struct stat status {};
+    std::string token;
+    // One that others could have read is no secret any more.
+    if (stat(file.c_str(), &status) == 0 && status.st_uid == geteuid() && (status.st_mode & 077) == 0)
+        std::ifstream(file) >> token;
+    if (token.size() == kTokenDigits && token.find_first_not_of(kHexadecimal) == std::string::npos) return token;
+    token = newToken();
+    // Where it cannot be kept it holds for this run.
+    g_mkdir_with_parents(folder.c_str(), 0700);
+    g_file_set_contents_full(file.c_str(), token.data(), kTokenDigits, G_FILE_SET_CONTENTS_CONSISTENT, 0600, nullptr);
+    return token;
 }
 
 }  // namespace host

@@ -48,6 +48,7 @@ public:
     void setTextInput(bool on, Rect near) override { stage_.typing = on ? std::optional(near) : std::nullopt; }
 
 private:
+    [[nodiscard]] error_code listen(const tcp::endpoint& at);
     void proceed();
     void accept();
     void receive(tcp::socket socket);
@@ -68,23 +69,17 @@ bool BrowserDisplay::open(const BrowserSettings& settings, const std::string& pa
     const std::string numeric = settings.listen.empty() ? "127.0.0.1" : settings.listen;
     error_code code;
     const boost::asio::ip::address address = boost::asio::ip::make_address(numeric, code);
+    int port = settings.port == 0 ? kFirstPort : settings.port;
     if (code) {
         error = "cannot listen on " + numeric + ": not a numeric address";
         return false;
     }
-    const int last = settings.port == 0 ? kLastPort : settings.port;
-    int port = settings.port == 0 ? kFirstPort : settings.port;
-    for (;; ++port) {
-        const tcp::endpoint endpoint(address, static_cast<unsigned short>(port));
-        acceptor_.open(endpoint.protocol(), code);
-        if (!code) acceptor_.set_option(tcp::acceptor::reuse_address(true), code);
-        if (!code) acceptor_.bind(endpoint, code);
-        if (!code) acceptor_.listen(tcp::acceptor::max_listen_connections, code);
-        if (!code) break;
+    code = listen({address, static_cast<unsigned short>(port)});
+    while (settings.port == 0 && code == boost::asio::error::address_in_use && port < kLastPort)
+        code = listen({address, static_cast<unsigned short>(++port)});
+    if (code) {
         error = "cannot listen on " + numeric + " port " + std::to_string(port) + ": " + code.message();
-        error_code ignored;
-        acceptor_.close(ignored);
-        if (code != boost::asio::error::address_in_use || port == last) return false;
+        return false;
     }
     const std::string token = keptToken();
     site_.emplace(Site{Admission(token, password, settings.hostNames), settings.page, port, settings.patience, stage_});
@@ -92,6 +87,13 @@ bool BrowserDisplay::open(const BrowserSettings& settings, const std::string& pa
     const bool withCodes = !address.is_loopback() && isatty(STDOUT_FILENO) != 0;
     for (const std::string& page : pages) std::cout << page << '\n' << (withCodes ? qrCode(page) : "") << std::flush;
     return true;
+}
+
+error_code BrowserDisplay::listen(const tcp::endpoint& at) try {
+    acceptor_ = tcp::acceptor(io_, at);
+    return {};
+} catch (const boost::system::system_error& error) {
+    return error.code();
 }
 
 void BrowserDisplay::present(const Framebuffer& shown, Rect area) {

@@ -6,30 +6,28 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
+#include <initializer_list>
 
 namespace host {
 
 namespace {
 
-enum class Said : std::uint8_t { Panel = 1, Pixels, Notice, Typing };
-enum class Heard : std::uint8_t { Pointer = 1, Key, Text };
+// The first byte of a message to the page, and of one from it.
+constexpr char kPanel = 1;
+constexpr char kPixels = 2;
+constexpr char kNotice = 3;
+constexpr char kTyping = 4;
+constexpr std::uint32_t kPointer = 1;
+constexpr std::uint32_t kKey = 2;
+constexpr std::uint32_t kText = 3;
 
 constexpr std::size_t kLongestText = 4096;
 
-class Writer {
-public:
-    explicit Writer(Said type) { byte(static_cast<unsigned>(type)); }
-    Writer& byte(unsigned value) {
-        bytes += static_cast<char>(value);
-        return *this;
-    }
-    Writer& word(int value) {
-        const auto bits = static_cast<unsigned>(value);
-        return byte(bits & 0xFF).byte(bits >> 8 & 0xFF);
-    }
-
+std::string words(std::initializer_list<int> values) {
     std::string bytes;
-};
+    for (const int value : values) bytes.append({static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)});
+    return bytes;
+}
 
 std::uint32_t takeNumber(std::string_view& bytes, std::size_t size) {
     std::uint32_t value = 0;
@@ -89,23 +87,24 @@ std::optional<Message> readText(std::string_view bytes) {
 
 std::optional<Message> readMessage(std::string_view bytes, Size panel) {
     if (bytes.empty()) return {};
-    switch (Heard{static_cast<std::uint8_t>(takeNumber(bytes, 1))}) {
-        case Heard::Pointer:
+    switch (takeNumber(bytes, 1)) {
+        case kPointer:
             return readPointer(bytes, panel);
-        case Heard::Key:
+        case kKey:
             return readKey(bytes);
-        case Heard::Text:
+        case kText:
             return readText(bytes);
+        default:
+            return {};
     }
-    return {};
 }
 
 std::string panelMessage(Size panel, PixelFormat format) {
-    return Writer(Said::Panel).word(panel.w).word(panel.h).byte(format == PixelFormat::Grey8 ? 1 : 3).bytes;
+    return std::string{kPanel} + words({panel.w, panel.h}) + (format == PixelFormat::Grey8 ? '\1' : '\3');
 }
 
 std::string pixelsMessage(const Framebuffer& shown, Rect area) {
-    std::string bytes = Writer(Said::Pixels).word(area.x).word(area.y).word(area.w).word(area.h).bytes;
+    std::string bytes = std::string{kPixels} + words({area.x, area.y, area.w, area.h});
     const std::size_t rowBytes = static_cast<std::size_t>(area.w) * static_cast<std::size_t>(shown.bytesPerPixel());
     bytes.reserve(bytes.size() + rowBytes * static_cast<std::size_t>(area.h));
     for (int y = area.y; y < area.bottom(); ++y)
@@ -113,11 +112,11 @@ std::string pixelsMessage(const Framebuffer& shown, Rect area) {
     return bytes;
 }
 
-std::string noticeMessage(bool anotherDraws) { return Writer(Said::Notice).byte(anotherDraws ? 1 : 0).bytes; }
+std::string noticeMessage(bool anotherDraws) { return {kNotice, anotherDraws ? '\1' : '\0'}; }
 
 std::string typingMessage(std::optional<Rect> near) {
     const Rect place = near.value_or(Rect{});
-    return Writer(Said::Typing).byte(near ? 1 : 0).word(place.x).word(place.y).word(place.w).word(place.h).bytes;
+    return std::string{kTyping, near ? '\1' : '\0'} + words({place.x, place.y, place.w, place.h});
 }
 
 }  // namespace host

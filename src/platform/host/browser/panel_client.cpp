@@ -3,6 +3,7 @@
 #include <linux/sockios.h>
 #include <sys/ioctl.h>
 
+#include <algorithm>
 #include <boost/asio/buffer.hpp>
 #include <boost/beast/websocket.hpp>
 #include <utility>
@@ -38,8 +39,13 @@ int nextId() {
 }  // namespace
 
 PanelClient::PanelClient(asio::ip::tcp::socket socket, Stage& stage, std::chrono::milliseconds patience)
-    : socket_(std::move(socket)), stage_(stage), patience_(patience), id_(nextId()), watch_(socket_.get_executor()) {
-    unsent_.add({0, 0, stage.size.w, stage.size.h});
+    : socket_(std::move(socket)),
+      stage_(stage),
+      patience_(patience),
+      id_(nextId()),
+      unsent_(stage.size),
+      watch_(socket_.get_executor()) {
+    changed({0, 0, stage.size.w, stage.size.h});
 }
 
 void PanelClient::accept(const Request& request) {
@@ -112,8 +118,30 @@ std::optional<std::string> PanelClient::nextMessage() {
     refused_ = refused_ && stage_.drawing.drawnByAnother(id_);
     if (std::exchange(toldRefused_, refused_) != refused_) return noticeMessage(refused_);
     if (std::exchange(toldTyping_, stage_.typing) != stage_.typing) return typingMessage(stage_.typing);
-    if (unsent_.empty() || stage_.shown == nullptr) return {};
-    return pixelsMessage(*stage_.shown, unsent_.takeBand(kBandBytes / stage_.shown->bytesPerPixel()));
+    if (stage_.shown == nullptr) return {};
+    const Rect band = nextBand(stage_.shown->bytesPerPixel());
+    return band.empty() ? std::nullopt : std::optional(pixelsMessage(*stage_.shown, band));
+}
+
+void PanelClient::changed(Rect area) {
+    unsent_.add(area);
+    more_ = more_ || !next_.empty();
+    next_ = area;
+}
+
+Rect PanelClient::nextBand(int bytesPerPixel) {
+    Rect band{};
+    while (band.empty() && (!next_.empty() || more_)) {
+        if (next_.empty()) {
+            next_ = {0, 0, stage_.size.w, stage_.size.h};
+            more_ = false;
+        }
+        const int rows = std::min(next_.h, kBandBytes / (next_.w * bytesPerPixel));
+        band = unsent_.take({next_.x, next_.y, next_.w, rows}, [](Rect) {});
+        next_.y += rows;
+        next_.h -= rows;
+    }
+    return band;
 }
 
 void PanelClient::watch() {

@@ -12,7 +12,7 @@
 #include <string>
 
 #include "platform/host/browser/stage.h"
-#include "platform/host/browser/unsent_area.h"
+#include "platform/host/screen/damage.h"
 
 namespace host {
 
@@ -28,7 +28,8 @@ public:
     /// Answers the request that asked for the WebSocket.
     void accept(const Request& request);
 
-    void changed(Rect area) { unsent_.add(area); }
+    /// The panel shows something else there.
+    void changed(Rect area);
 
     /// Listens on, and sends what is due, as far as the client has taken what came before.
     void proceed();
@@ -42,6 +43,8 @@ private:
     void hear();
     void send();
     [[nodiscard]] std::optional<std::string> nextMessage();
+    /// The next part of the panel to send; empty when there is none.
+    [[nodiscard]] Rect nextBand(int bytesPerPixel);
     /// Drops the client when it has taken nothing since the last time.
     void watch();
     void leave();
@@ -62,7 +65,9 @@ private:
     bool refused_ = false;  ///< a press has been ignored because another client draws
     bool toldRefused_ = false;
     std::optional<Rect> toldTyping_;
-    UnsentArea unsent_;
+    Damage unsent_;
+    Rect next_;  ///< being sent, from the top; the newest first, so that ink does not wait for a page on its way
+    bool more_ = false;  ///< there may be more that is unsent than that
     boost::asio::steady_timer watch_;
     long sent_ = 0;                 ///< messages
     std::pair<long, int> taken_{};  ///< messages sent and bytes waiting, when last looked at

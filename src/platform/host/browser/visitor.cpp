@@ -77,19 +77,13 @@ std::string contentOf(const fs::path& file) {
 }
 
 /// A field's value in "name=value&name=value", with its escapes undone; nothing when it is not there.
-std::optional<std::string> formField(std::string_view form, const std::string& name) {
-    const std::string start = name + "=";
-    while (!form.empty()) {
-        const std::size_t end = std::min(form.find('&'), form.size());
-        std::string field(form.substr(0, end));
-        form.remove_prefix(std::min(end + 1, form.size()));
-        if (!field.starts_with(start)) continue;
-        std::replace(field.begin(), field.end(), '+', ' ');
-        const std::unique_ptr<char, decltype(&g_free)> value(
-            g_uri_unescape_string(field.c_str() + start.size(), nullptr), g_free);
-        return value != nullptr ? value.get() : "";
-    }
-    return {};
+std::optional<std::string> formField(std::string_view form, const char* name) {
+    const std::unique_ptr<GHashTable, decltype(&g_hash_table_unref)> fields(
+        g_uri_parse_params(form.data(), static_cast<gssize>(form.size()), "&", G_URI_PARAMS_WWW_FORM, nullptr),
+        g_hash_table_unref);
+    if (fields == nullptr) return {};
+    const void* const value = g_hash_table_lookup(fields.get(), name);
+    return value != nullptr ? std::optional(std::string(static_cast<const char*>(value))) : std::nullopt;
 }
 
 }  // namespace

@@ -200,7 +200,7 @@ public:
         number("--port", 1, kHighestPort, options_.port);
         text("--listen", options_.listen);
         text("--password-file", options_.passwordFile);
-        app_.add_option("--host-name", options_.hostNames)->type_name("value")->expected(1);
+        app_.add_option("--host-name", options_.hostNames)->type_name("value")->allow_extra_args(false);
         text("--storage", options_.storage);
         text("--theme", options_.theme);
         text("--language", options_.language);
