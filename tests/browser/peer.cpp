@@ -4,6 +4,7 @@
 #include <bit>
 #include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
 
 namespace {
 
@@ -24,12 +25,14 @@ std::string little(std::uint32_t value) {
 
 std::string ask(int port, const std::string& bytes) {
     boost::asio::io_context io;
-    tcp::socket socket(io);
-    socket.connect(serverAt(port));
+    boost::beast::tcp_stream stream(io);
+    stream.connect(serverAt(port));
     boost::system::error_code error;
-    boost::asio::write(socket, boost::asio::buffer(bytes), error);
+    boost::asio::write(stream, boost::asio::buffer(bytes), error);
     std::string answer;
-    boost::asio::read(socket, boost::asio::dynamic_buffer(answer), error);
+    stream.expires_after(std::chrono::seconds(30));
+    boost::asio::async_read(stream, boost::asio::dynamic_buffer(answer), [](boost::system::error_code, std::size_t) {});
+    io.run();
     return answer;
 }
 

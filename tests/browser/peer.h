@@ -11,7 +11,7 @@
 #include "browser/display_host.h"
 #include "platform/host/browser/messages.h"
 
-/// Sends these bytes to the port of this machine; everything that comes back until the other side closes.
+/// Sends these bytes to the port of this machine; what comes back until the other side closes, or half a minute.
 std::string ask(int port, const std::string& bytes);
 
 /// The whole answer to a request.

@@ -1,11 +1,11 @@
 #include "platform/host/browser/addresses.h"
 
+#include <glib.h>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <array>
 #include <memory>
@@ -41,15 +41,17 @@ std::vector<std::string> numbersOfThisMachine(bool sixToo) {
 
 }  // namespace
 
+std::string localName() {
+    const std::string name = g_get_host_name();
+    return name.substr(0, name.find('.')) + ".local";
+}
+
 std::vector<std::string> pageAddresses(const std::string& listen, int port, std::string_view query) {
     std::vector<std::string> hosts{listen};
     if (listen == "0.0.0.0" || listen == "::") {
         hosts = numbersOfThisMachine(listen == "::");
         if (hosts.empty()) hosts.emplace_back("127.0.0.1");
-        std::array<char, 256> name{};
-        gethostname(name.data(), name.size() - 1);
-        const std::string own = name.data();
-        hosts.push_back(own.substr(0, own.find('.')) + ".local");
+        hosts.push_back(localName());
     }
     std::vector<std::string> addresses;
     for (const std::string& host : hosts) {

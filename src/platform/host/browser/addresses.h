@@ -6,6 +6,9 @@
 
 namespace host {
 
+/// This machine's name as others nearby find it without a name server (multicast DNS).
+[[nodiscard]] std::string localName();
+
 /// The addresses at which browsers reach a server that listens on this numeric address, each "http://HOST:PORT/" and
 /// then `query`. Where it listens on every address of the machine, those of its network interfaces and its name.
 [[nodiscard]] std::vector<std::string> pageAddresses(const std::string& listen, int port, std::string_view query);

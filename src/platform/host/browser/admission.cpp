@@ -13,6 +13,8 @@
 #include <memory>
 #include <utility>
 
+#include "platform/host/browser/addresses.h"
+
 namespace host {
 
 namespace {
@@ -47,13 +49,6 @@ bool same(std::string_view one, std::string_view other) {
     return difference == 0;
 }
 
-std::vector<std::string> namesOfThisMachine() {
-    std::array<char, 256> own{};
-    gethostname(own.data(), own.size() - 1);
-    const std::string name = own.data();
-    return {"localhost", name, name.substr(0, name.find('.')) + ".local"};
-}
-
 std::string newToken() {
     std::array<unsigned char, kTokenDigits / 2> random{};
     // So few bytes come whole, once the machine has gathered any chance at all.
@@ -67,7 +62,7 @@ std::string newToken() {
 
 Admission::Admission(const std::string& token, const std::string& password, std::vector<std::string> hostNames)
     : byPassword_(!password.empty()), token_(token), pass_(pass(token, password)), names_(std::move(hostNames)) {
-    for (std::string& name : namesOfThisMachine()) names_.push_back(std::move(name));
+    names_.insert(names_.end(), {"localhost", g_get_host_name(), localName()});
     for (std::string& name : names_) name = lower(name);
 }
 

@@ -48,7 +48,6 @@ private:
     /// Drops the client when it has taken nothing since the last time.
     void watch();
     void leave();
-    void drop();
 
     boost::beast::websocket::stream<boost::asio::ip::tcp::socket> socket_;
     Stage& stage_;
