@@ -1,5 +1,6 @@
 #include "platform/smart_bitmap.h"
 
+#include "platform/graphics.h"
 #include "platform/host/toolkit.h"
 
 namespace lumora::utilities {
@@ -25,3 +26,13 @@ void SmartBitmap::FromScreen(int x, int y, int w, int h) {
 }
 
 }  // namespace lumora::utilities
+
+namespace LumoraGraphics {
+
+void RotateBitmap(SmartBitmap* bitmap, int code) {
+    host::toolkit().trace.call("RotateBitmap", code);
+    if (bitmap == nullptr || bitmap->isEmpty()) return;
+    *bitmap = SmartBitmap(std::shared_ptr<bitmap_s>(host::rotateBitmap(*bitmap->GetBitmap(), code)));
+}
+
+}  // namespace LumoraGraphics

@@ -7,14 +7,25 @@
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/websocket/stream.hpp>
 #include <chrono>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "platform/host/browser/stage.h"
+#include "platform/host/browser/drawing.h"
 #include "platform/host/screen/damage.h"
 
 namespace host {
+
+/// What all clients share: the panel and what is done on it. Owned by the display, outlives its clients.
+struct Stage {
+    Size size;
+    PixelFormat format;
+    const Framebuffer* shown = nullptr;  ///< borrowed; null before anything has been shown
+    std::optional<Rect> typing{};        ///< where text appears, while it is taken
+    std::deque<Input> inputs{};          ///< not fetched yet
+    Drawing drawing{inputs};
+};
 
 /// One page that shows the panel, on its WebSocket. Never waits: one message is on its way at a time, and what
 /// changes meanwhile is sent as it is then. Operations in progress keep it alive.

@@ -9,7 +9,6 @@
 #include "platform/host/dialogs/font_list.h"
 #include "platform/host/dialogs/font_selector_geometry.h"
 #include "platform/host/record/json.h"
-#include "platform/host/touch/sheet.h"
 #include "platform/host/touch/touch_button.h"
 
 namespace host {

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/host/touch/sheet.h"
 #include "platform/host/touch/touch_button.h"
 
 namespace host {

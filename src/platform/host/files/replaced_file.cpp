@@ -3,14 +3,14 @@
 #include <fcntl.h>
 #include <glib.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
-
-#include "platform/host/base/file_handle.h"
+#include <utility>
 
 namespace host {
 
@@ -20,6 +20,27 @@ namespace fs = std::filesystem;
 
 constexpr const char* kAsidePrefix = ".colour-";
 constexpr const char* kAsideEnding = ".part";
+
+/// Owns an open file descriptor; -1 is none.
+class FileHandle {
+public:
+    explicit FileHandle(int descriptor) : descriptor_(descriptor) {}
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+    ~FileHandle() { close(); }
+
+    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+    [[nodiscard]] int get() const { return descriptor_; }
+
+    /// False when the system reports only now that something could not be written.
+    bool close() {
+        if (descriptor_ < 0) return true;
+        return ::close(std::exchange(descriptor_, -1)) == 0;
+    }
+
+private:
+    int descriptor_;
+};
 
 /// Where a write to `path` really goes. Stays at the link when the links lead in a circle; opening tells then.
 fs::path followLinks(fs::path path) {

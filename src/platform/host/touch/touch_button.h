@@ -53,4 +53,8 @@ private:
     bool marked_ = false;
 };
 
+/// Paints the sheet on which a modal stands into the screen buffer: white inside a round frame only, so that the
+/// picture below stays visible outside its corners.
+void paintSheet(const Desk& desk, Rect area);
+
 }  // namespace host
