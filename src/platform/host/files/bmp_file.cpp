@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <span>
+#include <utility>
 
 #include "platform/host/files/picture_file.h"
 #include "platform/host/screen/framebuffer.h"
@@ -119,11 +120,20 @@ bool isPlain(Bytes file, const Header& header) {
     return header.colours == kGreys && std::ranges::equal(file.subspan(header.palette, kGreys * 4), greyPalette());
 }
 
-/// Brings colours from the order R, G, B into B, G, R or back.
-void swapRedAndBlue(std::uint8_t* pixels, std::size_t count, int depth) {
-    // A step known to the compiler takes half the time.
-    for (std::size_t i = 0; depth == 24 && i < count; ++i) std::swap(pixels[3 * i], pixels[3 * i + 2]);
-    for (std::size_t i = 0; depth == 32 && i < count; ++i) std::swap(pixels[4 * i], pixels[4 * i + 2]);
+/// Copies a row of pixels, colours from the order R, G, B into B, G, R or back.
+void copyRow(const std::uint8_t* from, std::uint8_t* to, std::size_t width, int depth) {
+    const std::size_t pixel = static_cast<std::size_t>(depth) / 8;
+    const std::size_t bytes = width * pixel;
+    std::size_t i = 0;
+    // Two pixels of three bytes at once take little more than half the time.
+    for (std::uint64_t two = 0; depth == 24 && i + sizeof two <= bytes; i += 2 * pixel) {
+        std::memcpy(&two, from + i, sizeof two);
+        const std::uint64_t differing = (two ^ two >> 16) & 0xFF0000FF;
+        two ^= differing ^ differing << 16;
+        std::memcpy(to + i, &two, sizeof two);
+    }
+    std::memcpy(to + i, from + i, bytes - i);
+    for (; depth > 8 && i < bytes; i += pixel) std::swap(to[i], to[i + 2]);
 }
 
 /// A record of depth 8 when the surface has a palette of greys, else of depth 24 on white.
@@ -182,9 +192,7 @@ BitmapPtr loadBmp(const std::filesystem::path& path, std::istream& file, std::st
         if (at == 0)
             file.read(reinterpret_cast<char*>(block.data()),
                       static_cast<std::streamsize>(std::min(block.size(), rest)));
-        std::uint8_t* row = bitmapRow(*bitmap, header.topDown ? i : height - 1 - i);
-        std::memcpy(row, &block[at], bitmap->scanline);
-        swapRedAndBlue(row, bitmap->width, bitmap->depth);
+        copyRow(&block[at], bitmapRow(*bitmap, header.topDown ? i : height - 1 - i), bitmap->width, bitmap->depth);
     }
     if (file) return bitmap;
     reason = "cannot be read to its end";
@@ -219,8 +227,7 @@ std::vector<std::uint8_t> encodeBmp(const bitmap_s& bitmap) {
     }
     for (int y = 0; y < bitmap.height; ++y) {
         std::uint8_t* row = &file[pixels + stride * static_cast<std::size_t>(bitmap.height - 1 - y)];
-        std::memcpy(row, bitmapRow(bitmap, y), std::size_t{bitmap.width} * bits / 8);
-        swapRedAndBlue(row, bitmap.width, bitmap.depth);
+        copyRow(bitmapRow(bitmap, y), row, bitmap.width, bitmap.depth);
     }
     return file;
 }
