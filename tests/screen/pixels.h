@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/host/screen/framebuffer.h"
-#include "platform/host/screen/tone.h"
+#include "platform/host/screen/paint.h"
 
 namespace host {
 

@@ -12,8 +12,8 @@
 
 #include "platform/host/files/picture_file.h"
 #include "platform/host/screen/framebuffer.h"
+#include "platform/host/screen/paint.h"
 #include "platform/host/screen/surface.h"
-#include "platform/host/screen/tone.h"
 
 namespace host {
 

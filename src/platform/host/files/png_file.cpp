@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/host/files/picture_file.h"
-#include "platform/host/screen/tone.h"
+#include "platform/host/screen/paint.h"
 
 namespace host {
 

@@ -7,8 +7,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/host/screen/paint.h"
 #include "platform/host/screen/surface.h"
-#include "platform/host/screen/tone.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "platform/host/screen/tone.h"
+#include "platform/host/screen/paint.h"
 
 namespace host {
 

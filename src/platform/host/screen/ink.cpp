@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "platform/host/screen/paint.h"
 #include "platform/host/screen/stroke_path.h"
-#include "platform/host/screen/tone.h"
 
 namespace host {
 

@@ -2,8 +2,6 @@
 
 #include <cstring>
 
-#include "platform/host/screen/tone.h"
-
 namespace host {
 
 Paint::Paint(Rgb colour, PixelFormat format) : channels_(format == PixelFormat::Grey8 ? 1 : 3) {
