@@ -222,7 +222,8 @@ private:
                                                         std::ptrdiff_t{y} * surface.pitch) +
                        place.x;
             for (int x = 0; x < place.w; ++x, from += channels)
-                to[x] = channels == 1 ? *from * 0x010101U : std::uint32_t{from[0]} << 16U | from[1] << 8U | from[2];
+                to[x] = static_cast<std::uint32_t>(channels == 1 ? *from * 0x010101
+                                                                 : from[0] << 16 | from[1] << 8 | from[2]);
         }
     }
 
