@@ -5,6 +5,7 @@
 
 #include "platform/host/screen/screen.h"
 #include "platform/host/window/window_display.h"
+#include "platform/host/window/window_view.h"
 #include "support/input_words.h"
 
 namespace host {
@@ -30,91 +31,73 @@ struct WindowTest : testing::Test {
         return inputs;
     }
 
-    static SDL_Event event(Uint32 type) {
-        SDL_Event made{};
-        made.type = type;
-        return made;
-    }
-    static void push(SDL_Event made) { SDL_PushEvent(&made); }
-    static void move(int x, int y) {
-        SDL_Event made = event(SDL_MOUSEMOTION);
-        made.motion.x = x;
-        made.motion.y = y;
-        push(made);
-    }
-    static void button(Uint32 type, int x, int y, Uint8 which = SDL_BUTTON_LEFT) {
-        SDL_Event made = event(type);
+    /// A motion's place lies in an event where a button's does.
+    static void mouse(Uint32 type, int x, int y, Uint8 which = SDL_BUTTON_LEFT) {
+        SDL_Event made{type};
         made.button.x = x;
         made.button.y = y;
         made.button.button = which;
-        push(made);
+        SDL_PushEvent(&made);
     }
     static void finger(Uint32 type, SDL_FingerID id, float x, float y) {
-        SDL_Event made = event(type);
+        SDL_Event made{type};
         made.tfinger.fingerId = id;
         made.tfinger.x = x;
         made.tfinger.y = y;
-        push(made);
+        SDL_PushEvent(&made);
     }
 
-    Uint32 pixel(int x, int y) {
+    std::vector<Uint32> pixels(std::initializer_list<Point> points) {
+        drain();
+        std::vector<Uint32> found;
         const SDL_Surface* surface = SDL_GetWindowSurface(window);
-        const auto* row = static_cast<const Uint8*>(surface->pixels) + y * surface->pitch;
-        return reinterpret_cast<const Uint32*>(row)[x] & 0xFFFFFF;
+        const auto* rows = static_cast<const Uint32*>(surface->pixels);
+        for (const auto [x, y] : points) found.push_back(rows[y * surface->pitch / 4 + x] & 0xFFFFFF);
+        return found;
     }
 
     std::string error;
     std::unique_ptr<Display> display;
     SDL_Window* window = nullptr;
-    Screen shown{kAll.size(), PixelFormat::Rgb24};
 };
 
 TEST_F(WindowTest, ShowsOnlyWhatIsPresentedAndKeepsItsShape) {
+    Screen shown{kAll.size(), PixelFormat::Rgb24};
     shown.fill(kAll, 0x112233);
     display->present(shown.pixels(), {10, 20, 5, 5});
-    drain();
-    for (const Point at : {Point{10, 20}, {14, 24}}) EXPECT_EQ(pixel(at.x, at.y), 0x112233U);
-    for (const Point at : {Point{9, 20}, {15, 24}}) EXPECT_EQ(pixel(at.x, at.y), 0xFFFFFFU);
-
+    EXPECT_THAT(pixels({{10, 20}, {14, 24}, {9, 20}, {15, 24}}), ElementsAre(0x112233, 0x112233, 0xFFFFFF, 0xFFFFFF));
     shown.fill(kAll, kWhite);
     shown.fill({0, 0, 150, 400}, 0x0000FF);
     display->present(shown.pixels(), kAll);
     drain();
-    SDL_SetWindowSize(window, 500, 200);  // the picture is 150 wide, in the middle
-    drain();
-    for (const Point at : {Point{175, 0}, {249, 199}}) EXPECT_EQ(pixel(at.x, at.y), 0x0000FFU);
-    for (const Point at : {Point{250, 100}, {324, 100}}) EXPECT_EQ(pixel(at.x, at.y), 0xFFFFFFU);
-    for (const Point at : {Point{174, 100}, {325, 100}}) EXPECT_EQ(pixel(at.x, at.y), 0x808080U) << "the border";
-    button(SDL_MOUSEBUTTONDOWN, 174, 100);  // a press on the border is none
-    move(200, 100);
-    button(SDL_MOUSEBUTTONUP, 200, 100);
-    button(SDL_MOUSEBUTTONDOWN, 175, 0);
-    move(324, 199);
-    button(SDL_MOUSEBUTTONUP, 499, 100);
+    SDL_SetWindowSize(window, 500, 200);  // the picture is 150 wide, in the middle of a grey border
+    EXPECT_THAT(pixels({{174, 100}, {175, 0}, {249, 199}, {250, 100}, {324, 100}, {325, 100}}),
+                ElementsAre(0x808080, 0x0000FF, 0x0000FF, 0xFFFFFF, 0xFFFFFF, 0x808080));
+    mouse(SDL_MOUSEBUTTONDOWN, 174, 100);  // a press on the border is none
+    mouse(SDL_MOUSEMOTION, 200, 100);
+    mouse(SDL_MOUSEBUTTONUP, 200, 100);
+    mouse(SDL_MOUSEBUTTONDOWN, 175, 0);
+    mouse(SDL_MOUSEMOTION, 324, 199);
+    mouse(SDL_MOUSEBUTTONUP, 499, 100);
     EXPECT_THAT(drain(), ElementsAre("down 1,1", "move 299,399", "up 299,201"));
 }
 
 TEST_F(WindowTest, EveryMoveOfTheLeftButtonArrives) {
-    move(1, 1);
-    button(SDL_MOUSEBUTTONDOWN, 2, 2, SDL_BUTTON_RIGHT);
-    move(3, 3);
-    button(SDL_MOUSEBUTTONDOWN, 5, 5);
-    std::vector<std::string> expected{"down 5,5"};
-    for (int i = 0; i < 100; ++i) {
-        move(6 + i, 7);
-        expected.push_back("move " + std::to_string(6 + i) + ",7");
-    }
-    button(SDL_MOUSEBUTTONUP, 8, 8, SDL_BUTTON_RIGHT);
-    button(SDL_MOUSEBUTTONUP, -40, 500);
-    expected.emplace_back("up 0,399");  // outside the window it is the nearest pixel
-    EXPECT_EQ(drain(), expected);
+    mouse(SDL_MOUSEMOTION, 1, 1);
+    mouse(SDL_MOUSEBUTTONDOWN, 2, 2, SDL_BUTTON_RIGHT);
+    mouse(SDL_MOUSEMOTION, 3, 3);
+    mouse(SDL_MOUSEBUTTONDOWN, 5, 5);
+    for (int x = 6; x < 10; ++x) mouse(SDL_MOUSEMOTION, x, 7);
+    mouse(SDL_MOUSEBUTTONUP, 8, 8, SDL_BUTTON_RIGHT);
+    mouse(SDL_MOUSEBUTTONUP, -40, 500);  // outside the window it is the nearest pixel
+    EXPECT_THAT(drain(), ElementsAre("down 5,5", "move 6,7", "move 7,7", "move 8,7", "move 9,7", "up 0,399"));
 }
 
 TEST_F(WindowTest, OneFingerDrawsOthersAreIgnored) {
     finger(SDL_FINGERDOWN, 7, 0.5F, 0.5F);
     finger(SDL_FINGERDOWN, 8, 0.1F, 0.1F);
     finger(SDL_FINGERMOTION, 8, 0.2F, 0.2F);
-    button(SDL_MOUSEBUTTONDOWN, 5, 5);
+    mouse(SDL_MOUSEBUTTONDOWN, 5, 5);
     finger(SDL_FINGERMOTION, 7, 0.501F, 0.25F);
     finger(SDL_FINGERUP, 8, 0.2F, 0.2F);
     finger(SDL_FINGERUP, 7, 1.0F, 1.0F);
@@ -123,12 +106,32 @@ TEST_F(WindowTest, OneFingerDrawsOthersAreIgnored) {
 }
 
 TEST_F(WindowTest, AClosedWindowIsToldOnce) {
-    SDL_Event closed = event(SDL_WINDOWEVENT);
+    SDL_Event closed{SDL_WINDOWEVENT};
     closed.window.event = SDL_WINDOWEVENT_CLOSE;
     closed.window.windowID = SDL_GetWindowID(window);
-    push(closed);
-    push(event(SDL_QUIT));
+    SDL_PushEvent(&closed);
+    SDL_Event quit{SDL_QUIT};
+    SDL_PushEvent(&quit);
     EXPECT_THAT(drain(), ElementsAre("close"));
+}
+
+// A click on the window pixel that shows the middle of a panel pixel means that pixel, as far as the window tells
+// pixels apart: exactly where the picture is not scaled down, within the window pixel's own cell where it is.
+TEST(WindowView, APointMeansThePanelPixelThatIsShownThere) {
+    const Size panel{140, 187};
+    for (const Size window : {Size{140, 187}, {71, 400}, {100, 133}, {139, 300}, {333, 270}, {280, 374}, {141, 188}}) {
+        const WindowView view(panel, window);
+        const Rect picture = view.picture();
+        const double scale = static_cast<double>(picture.w) / panel.w;
+        for (int x = 0; x < panel.w; ++x) {
+            const int column = picture.x + static_cast<int>((x + 0.5) * picture.w / panel.w);
+            const Point back = view.toPanel(column + 0.5, picture.y + 0.5);
+            EXPECT_LE(std::abs(back.x - x), scale >= 1 ? 0 : 0.5 / scale + 0.5) << "window " << window.w << " at " << x;
+            EXPECT_TRUE(view.toWindow({x, 0, 1, 1}).contains({column, picture.y}));
+        }
+        EXPECT_EQ(view.toPanel(-500, picture.y - 1), (Point{0, 0}));
+        EXPECT_EQ(view.toPanel(1e9, 1e9), (Point{139, 186}));
+    }
 }
 
 }  // namespace

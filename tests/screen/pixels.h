@@ -14,21 +14,12 @@ inline Rgb colourAt(const Framebuffer& pixels, Point at) {
     return pixels.format() == PixelFormat::Grey8 ? p[0] * 0x010101 : p[0] << 16 | p[1] << 8 | p[2];
 }
 
-/// 0 white to 255 black, for pixels drawn in black on white.
-inline int darknessAt(const Framebuffer& pixels, Point at) { return 255 - *pixels.at(at.x, at.y); }
-
 /// Every pixel of a buffer of that size, row by row.
 inline std::vector<Point> everyPixel(Size size) {
     std::vector<Point> all;
     for (int y = 0; y < size.h; ++y)
         for (int x = 0; x < size.w; ++x) all.push_back({x, y});
     return all;
-}
-
-inline double totalDarkness(const Framebuffer& pixels) {
-    double sum = 0;
-    for (const Point at : everyPixel(pixels.size())) sum += darknessAt(pixels, at);
-    return sum / 255;
 }
 
 inline constexpr Point kNowhere{-1, -1};

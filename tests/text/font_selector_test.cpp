@@ -20,90 +20,71 @@ void note(char* font, char* name, char* size, char* style) {
     for (char* text : {font, name, size, style}) std::memset(text, 'x', std::strlen(text));
 }
 
-class FontSelectorTest : public testing::Test {
-protected:
-    void SetUp() override { answer.clear(); }
-
+struct FontSelectorTest : testing::Test {
     void open(const std::string& font, const Device& device = defaultPanel(), int sizes = 11) {
-        scene_.emplace(device);
-        boxes_ = FontSelectorGeometry(device, sizes);
-        selector_ = makeFontSelector(scene_->desk, {"Font", font, sizes > 0, note});
-        selector_->paint();
+        scene.emplace(device);
+        boxes = FontSelectorGeometry(device, sizes);
+        selector = makeFontSelector(scene->desk, {"Font", font, true, note});
+        selector->paint();
     }
-
     void tap(Rect box) {
-        selector_->pointer(kPointerDown, middle(box));
-        selector_->pointer(kPointerUp, middle(box));
+        for (const int type : {kPointerDown, kPointerUp})
+            selector->pointer(type, {box.x + box.w / 2, box.y + box.h / 2});
     }
     [[nodiscard]] Rect row(int number) const {
-        const int height = boxes_.list.h / boxes_.rows;
-        return {boxes_.list.x, boxes_.list.y + number * height, boxes_.list.w, height};
+        const int height = boxes.list.h / boxes.rows;
+        return {boxes.list.x, boxes.list.y + number * height, boxes.list.w, height};
     }
-    static Point middle(Rect box) { return {box.x + box.w / 2, box.y + box.h / 2}; }
-
-    /// Closes through OK and returns the first string of the answer.
-    std::string confirmed() {
-        tap(boxes_.ok);
-        return calledBack() ? answer.front() : "";
-    }
-    bool calledBack() {
-        const std::optional<Callback> callback = selector_->closed() ? selector_->takeCallback() : std::nullopt;
-        if (!callback) return false;
-        entry_ = callback->entry;
-        callback->run();
-        return true;
-    }
-
-    /// Opens with that font and returns what OK answers after these taps.
-    std::string chosen(const std::string& font, const std::vector<Rect>& taps) {
-        open(font, defaultPanel(), static_cast<int>(boxes_.sizeButtons.size()));
+    /// Opens with that font and taps these; the first string of the answer.
+    std::string answered(const std::string& font, const std::vector<Rect>& taps, int sizes = 11) {
+        open(font, defaultPanel(), sizes);
         for (const Rect& box : taps) tap(box);
-        return confirmed();
+        const std::optional<Callback> callback = selector->closed() ? selector->takeCallback() : std::nullopt;
+        if (!callback) return "none";
+        callback->run();
+        EXPECT_EQ(callback->entry, "font \"" + answer.front() + "\"");
+        return answer.front();
     }
 
-    [[nodiscard]] std::vector<std::string> families() { return scene_->text.families("en"); }
-    [[nodiscard]] std::string familyAt(int index) { return families().at(static_cast<std::size_t>(index)); }
-    [[nodiscard]] int indexOf(const std::string& family) {
-        const std::vector<std::string> all = families();
-        return static_cast<int>(std::find(all.begin(), all.end(), family) - all.begin());
-    }
-
-    std::optional<TestDesk> scene_{defaultPanel()};
-    FontSelectorGeometry boxes_{defaultPanel(), 11};
-    std::unique_ptr<Modal> selector_;
-    std::string entry_;
+    std::optional<TestDesk> scene{defaultPanel()};
+    FontSelectorGeometry boxes{defaultPanel(), 11};
+    std::unique_ptr<Modal> selector;
 };
 
 TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
-    EXPECT_EQ(chosen("DejaVu Serif,36", {}), "DejaVu Serif,36");
+    const std::vector<std::string> families = scene->text.families("en");
+    const int rows = boxes.rows, count = static_cast<int>(families.size()), lastPage = (count - 1) / rows * rows;
+    const auto place = static_cast<int>(std::ranges::find(families, "Noto Serif") - families.begin());
+    const Rect ok = boxes.ok, previous = boxes.previous, next = boxes.next;
+    const struct {
+        const char* font;
+        std::vector<Rect> taps;
+        int family;
+        const char* size;
+    } cases[] = {
+        {"DejaVu Sans,28", {row(2), boxes.sizeButtons[0], ok}, 2, ",8"},
+        {"DejaVu Sans,28", {next, row(0), ok}, rows, ",28"},
+        {"DejaVu Sans,28", {previous, next, row(0), ok}, 0, ",28"},
+        // A row without a font leaves the choice.
+        {"DejaVu Sans,28",
+         {previous, row(0), row(rows - 1), ok},
+         lastPage + rows > count ? lastPage : count - 1,
+         ",28"},
+        {"Noto Serif,28", {row(0), ok}, place / rows * rows, ",28"},
+    };
+    for (const auto& [font, taps, family, size] : cases)
+        EXPECT_EQ(answered(font, taps), families.at(static_cast<std::size_t>(family)) + size);
+    EXPECT_EQ(answered("DejaVu Serif,36", {ok}), "DejaVu Serif,36");
     EXPECT_THAT(answer, testing::ElementsAre("DejaVu Serif,36", "DejaVu Serif", "36", ""));
-    EXPECT_EQ(entry_, "font \"DejaVu Serif,36\"");
-    EXPECT_EQ(chosen("DejaVu Sans,28", {row(2), boxes_.sizeButtons[0]}), familyAt(2) + ",8");
-
-    const int count = static_cast<int>(families().size());
-    const int lastPage = (count - 1) / boxes_.rows * boxes_.rows;
-    EXPECT_EQ(chosen("DejaVu Sans,28", {boxes_.next, row(0)}), familyAt(boxes_.rows) + ",28");
-    EXPECT_EQ(chosen("DejaVu Sans,28", {boxes_.previous, boxes_.next, boxes_.previous, row(0)}),
-              familyAt(lastPage) + ",28");
-    if (count % boxes_.rows != 0) {
-        EXPECT_EQ(chosen("DejaVu Sans,28", {boxes_.previous, row(boxes_.rows - 1)}), "DejaVu Sans,28") << "no font";
-    }
-    const int place = indexOf("Noto Serif");
-    const int beside = (place + 1) % boxes_.rows;
-    EXPECT_EQ(chosen("Noto Serif,28", {row(beside)}), familyAt(place / boxes_.rows * boxes_.rows + beside) + ",28")
-        << "opens at the page of the present font";
-
-    boxes_ = FontSelectorGeometry(defaultPanel(), 12);
-    EXPECT_EQ(chosen("DejaVu Sans,33", {boxes_.sizeButtons[0], boxes_.sizeButtons[7]}), "DejaVu Sans,33");
+    EXPECT_EQ(answered("DejaVu Serif,36", {row(2), boxes.cancel}), "none");
+    boxes = FontSelectorGeometry(defaultPanel(), 12);  // an unusual size has a button of its own
+    EXPECT_EQ(answered("DejaVu Sans,33", {boxes.sizeButtons[0], boxes.sizeButtons[7], ok}, 12), "DejaVu Sans,33");
 }
 
-TEST_F(FontSelectorTest, CancelDoesNotCallBack) {
-    for (const bool byKey : {false, true}) {
-        open("DejaVu Sans,28");
-        byKey ? selector_->key(Key::Escape) : tap(boxes_.cancel);
-        EXPECT_TRUE(selector_->closed());
-        EXPECT_FALSE(calledBack());
-    }
+TEST_F(FontSelectorTest, EscapeCancels) {
+    open("DejaVu Sans,28");
+    selector->key(Key::Escape);
+    EXPECT_TRUE(selector->closed() && !selector->takeCallback());
 }
 
 TEST_F(FontSelectorTest, StaysWithinItsPanelWithLargeTargetsApart) {
@@ -112,24 +93,20 @@ TEST_F(FontSelectorTest, StaysWithinItsPanelWithLargeTargetsApart) {
           Device{300, 200, 100, 1.0, false}, Device{600, 800, 167, 2.0, false}}) {
         SCOPED_TRACE(device.width);
         open("Noto Sans Devanagari,96", device);
-        Screen& screen = scene_->screen;
-        const Framebuffer white = Screen(device.bounds().size(), screen.pixels().format()).pixels();
-        for (const Rect& button : boxes_.sizeButtons) tap(button);
-        tap(boxes_.next);
-        tap(row(0));
-        selector_->paint();
-        screen.fill(selector_->area(), kWhite);
-        EXPECT_EQ(screen.pixels(), white);
-        EXPECT_EQ(selector_->area().intersected(device.bounds()), selector_->area());
+        std::vector<Rect> targets = boxes.sizeButtons;
+        targets.insert(targets.end(), {boxes.previous, boxes.next, row(0), row(1), boxes.sample});
+        for (const Rect& target : targets) tap(target);
+        selector->paint();
+        scene->screen.fill(selector->area(), kWhite);
+        EXPECT_EQ(scene->screen.pixels(), Screen(device.bounds().size(), scene->screen.pixels().format()).pixels());
+        EXPECT_EQ(selector->area().intersected(device.bounds()), selector->area());
 
         if (device.height < 600 || device.scale > 1) continue;  // too small for fingers
-        std::vector<Rect> targets = boxes_.sizeButtons;
-        targets.insert(targets.end(),
-                       {boxes_.previous, boxes_.next, boxes_.cancel, boxes_.ok, boxes_.sample, row(0), row(1)});
+        targets.insert(targets.end(), {boxes.cancel, boxes.ok});
         for (const Rect& target : targets) {
             EXPECT_GE(std::min(target.w, target.h), device.dpi * 80 / 254) << "eight millimetres";
             const auto meets = [&](const Rect& other) { return !other.intersected(target).empty(); };
-            EXPECT_EQ(std::count_if(targets.begin(), targets.end(), meets), 1);
+            EXPECT_EQ(std::ranges::count_if(targets, meets), 1);
         }
     }
 }
