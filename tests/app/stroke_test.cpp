@@ -4,37 +4,26 @@
 
 #include "support/app.h"
 
-using testing::Contains;
-using testing::StartsWith;
-
-namespace {
-
-class Stroke : public testing::Test {
-protected:
-    Stroke() {
-        app.create();
-        app.calls();
-    }
-
-    App app;
-};
-
-}  // namespace
+using namespace testing;
 
 // A report comes about ten times a second in the middle of a stroke: the line must have no hole there.
-TEST_F(Stroke, HasNoHoleWhereReportsComeBetweenMoves) {
+TEST(Stroke, HasNoHoleWhereReportsComeBetweenMoves) {
+    App app;
+    app.create();
+    app.calls();
     for (const int report_at : {1, 2, 5, 9}) {
         app.down(100, 400);
-        for (int point = 1; point < 12; ++point) {
+        for (int point = 1; point < 12; ++point)
             app.event(point == report_at ? EventType::PointerReport : EventType::PointerMove, 100 + 20 * point, 400);
-        }
         app.up(340, 400);
         EXPECT_THAT(app.calls(), Contains(StartsWith("drawXYSpline ")).Times(12)) << report_at;
     }
     for (int x = 100; x <= 340; ++x) EXPECT_EQ(App::pixel(x, 400), kRed) << x;
 }
 
-TEST_F(Stroke, ShowsAllItsInkBeforeThePenIsLifted) {
+TEST(Stroke, ShowsAllItsInkBeforeThePenIsLifted) {
+    App app;
+    app.create();
     app.down(300, 400);
     for (int i = 1; i < 40; ++i) app.move(300 + 5 * i, 400 + static_cast<int>(std::lround(60 * std::sin(i / 5.0))));
     app.up(500, 459);

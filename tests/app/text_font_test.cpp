@@ -4,10 +4,7 @@
 
 #include "support/app.h"
 
-using testing::AllOf;
-using testing::Contains;
-using testing::EndsWith;
-using testing::StartsWith;
+using namespace testing;
 
 TEST(TextFont, DefaultSizeComesFromTheTheme) {
     const std::string eight = "font_sizes=10,11,12,13,14,15,16,17";

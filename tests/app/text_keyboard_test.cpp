@@ -10,6 +10,6 @@ TEST(TextKeyboard, AtTheTopOfTheScreenLeavesTheToolbarAsItWas) {
     const host::Framebuffer before = App::screenshot();
     app.down(440, 1640);
     app.up(1000, 1790);
-    App::kit().loop.command([](host::Modal& modal) { return modal.type(""); });
+    App::type("");
     EXPECT_TRUE(App::screenshot() == before);
 }

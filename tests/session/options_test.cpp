@@ -10,12 +10,9 @@
 namespace host {
 namespace {
 
-class CommandLineOptions : public testing::Test {
-protected:
+struct CommandLineOptions : testing::Test {
     CommandLineOptions() {
-        std::ofstream(folder.path() / "picture.BMP") << "any";
-        std::ofstream(folder.path() / "plain") << "any";
-        std::ofstream(folder.path() / "theme.ini") << "";
+        for (const char* name : {"picture.BMP", "plain", "theme.ini"}) folder.write(name, "any");
         std::filesystem::current_path(folder.path());
     }
     ~CommandLineOptions() override { std::filesystem::current_path("/"); }
@@ -35,53 +32,40 @@ protected:
 TEST_F(CommandLineOptions, AreAllTaken) {
     const Options options = read(
         "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --host-name a --host-name b "
-        "--storage s --theme . "
-        "--language pt_BR --script plain --trace t --clock 5000000000 --waveforms --log 2");
+        "--storage s --theme . --language pt_BR --script plain --trace t --clock 5000000000 --waveforms --log 2");
     const std::vector<std::string> texts{options.picture, options.listen,   options.passwordFile, options.storage,
                                          options.theme,   options.language, options.script,       options.trace};
     EXPECT_EQ(texts, (std::vector<std::string>{"picture.BMP", "::", "plain", "s", ".", "pt_BR", "plain", "t"}));
     EXPECT_EQ(options.hostNames, (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(options.display, DisplayKind::Headless);
-    EXPECT_EQ(options.port, 65'535);
-    EXPECT_EQ(options.clock, 5'000'000'000);
+    EXPECT_EQ(std::tuple(options.port, options.clock, options.logLevel), std::tuple(65'535, 5'000'000'000, 2));
     EXPECT_TRUE(options.waveforms);
-    EXPECT_EQ(options.logLevel, 2);
     EXPECT_TRUE(read("--new").newPicture);
 }
 
 TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
     const std::pair<const char*, std::string> cases[]{
         {"--bogus", ".*--bogus"},
-        {"picture.BMP second.bmp", ".*second.bmp"},
         {"picture.BMP --new", "give a PICTURE or --new, not both"},
         {"photo.JPeG", "'photo.JPeG' is not opened: a JPEG picture cannot be saved without loss"},
         {"plain", "'plain' is not a picture: .*"},
         {"gone.png", "cannot read the picture 'gone.png': no such file or folder"},
         {"--panel 199x800@167", "--panel 199x800@167: .*"},
         {"--panel 600x10001@167", "--panel .*sides from 200 to 10000 pixels.*"},
-        {"--panel 600x800", "--panel .*"},
-        {"--panel 600x800@1201", "--panel .*50 to 1200.*"},
-        {"--panel 0x258x800@167", "--panel .*"},
         {"--panel 600x800@167,grey,", "--panel .*''"},
         {"--panel 600x800@167,grey,scale=2,colour", "--panel .*each once.*'colour'"},
-        {"--panel 600x800@167,blue", "--panel .*'blue'"},
         {"--panel 600x800@167,scale=nan", "--panel .*0.25 to 8.*"},
-        {"--panel 600x800@167,scale=8.01", "--panel .*0.25 to 8.*"},
         {"--panel 600x800@167,platform=x", "--panel .*platform.*"},
         {"--display wall", "--display wall: .*"},
         {"--port 0", "--port 0: .*"},
         {"--port 010x", "--port 010x: .*"},
-        {"--port", "--port.*"},
-        {"--clock -1", "--clock.*"},
         {"--log 99999999999999999999", "--log .*"},
-        {"--password-file gone", "cannot read the password file 'gone': .*"},
         {"--script .", "cannot read the script '.': a folder, not a file"},
         {"--theme plain", "cannot read the theme 'plain': not a folder"},
         {"--language d3", "--language d3: .*"},
     };
-    for (const auto& [arguments, message] : cases) {
+    for (const auto& [arguments, message] : cases)
         EXPECT_EXIT(static_cast<void>(read(arguments)), testing::ExitedWithCode(2), "^colour: " + message + "\n$");
-    }
 }
 
 }  // namespace

@@ -16,8 +16,7 @@ TEST(TraceStrings, EscapeOnlyWhatJsonAsksForAndAreReadBack) {
     for (int byte = 1; byte < 0x80; ++byte) text += static_cast<char>(byte);
     const std::string quoted = jsonQuoted(text) + " rest";
     std::string_view input = quoted;
-    std::string back;
-    std::string error;
+    std::string back, error;
     ASSERT_TRUE(readJsonString(input, back, error)) << error;
     EXPECT_EQ(back, text);
     EXPECT_EQ(input, " rest");

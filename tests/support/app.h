@@ -14,9 +14,8 @@
 /// for a test process.
 class App {
 public:
-    explicit App(host::Device device = {}) {
+    App() {
         host::Options options;
-        options.device = device;
         options.display = host::DisplayKind::Headless;
         options.language = "en";
         options.storage = (folder_.path() / "storage").string();
@@ -26,13 +25,12 @@ public:
     }
 
     static host::Toolkit& kit() { return host::toolkit(); }
-    static lumora::colour::Controller& controller() { return *lumora::colour::Controller::Instance(); }
 
     void create() {
-        kit().loop.enter({"create", [] { controller().create(); }});
+        kit().loop.enter({"create", [] { lumora::colour::Controller::Instance()->create(); }});
     }
     void open(const std::string& path) {
-        kit().loop.enter({"open", [path] { controller().open(path); }});
+        kit().loop.enter({"open", [path] { lumora::colour::Controller::Instance()->open(path); }});
     }
     void event(int type, int x, int y) { kit().loop.event(type, x, y); }
     void down(int x, int y) { event(EventType::PointerDown, x, y); }
@@ -43,9 +41,9 @@ public:
         up(x, y);
     }
 
-    /// Presses a button of the open dialog.
-    void answer(int button) {
-        kit().loop.command([button](host::Modal& modal) { return modal.answer(button); });
+    /// Writes the text of the open keyboard and presses OK.
+    static void type(const char* text) {
+        kit().loop.command([text](host::Modal& keyboard) { return keyboard.type(text); });
     }
 
     /// The trace lines since the last call.

@@ -14,7 +14,6 @@
 struct ProgramResult {
     /// Exit status; -1 when a signal ended it.
     int status;
-    std::string output;
     std::string errors;
 };
 
@@ -28,11 +27,9 @@ inline ProgramResult runProgram(const std::vector<std::string>& arguments) {
     const TemporaryFolder folder;
     std::string command = "'" COLOUR_PROGRAM "'";
     for (const std::string& argument : arguments) command += " '" + argument + "'";
-    const auto output = folder.path() / "output";
-    const auto errors = folder.path() / "errors";
-    command += " >'" + output.string() + "' 2>'" + errors.string() + "' </dev/null";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(output), contentOf(errors)};
+    const auto errors = folder / "errors";
+    const int status = std::system((command + " >/dev/null 2>'" + errors.string() + "' </dev/null").c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(errors)};
 }
 
 inline std::vector<std::string> linesOf(const std::filesystem::path& file) {
