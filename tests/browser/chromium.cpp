@@ -98,5 +98,5 @@ host::BitmapPtr Chromium::screenshot() {
     const std::unique_ptr<guchar, decltype(&g_free)> png(g_base64_decode(encoded.c_str(), &size), g_free);
     std::istringstream file({reinterpret_cast<const char*>(png.get()), size});
     std::string reason;
-    return host::loadPng(file, reason);
+    return host::loadPng(file, reason).bitmap;
 }

@@ -9,6 +9,7 @@
 
 #include <csignal>
 
+#include "files/faulty_calls.h"
 #include "files/scratch.h"
 #include "platform/host/files/picture_file.h"
 
@@ -109,6 +110,28 @@ TEST_F(PictureDamage, WhatIsNoPictureIsRefused) {
           std::pair("folder.bmp", "not an ordinary file"), std::pair("pipe.bmp", "not an ordinary file"),
           std::pair("missing\nhere.bmp", "missing?here.bmp: No such file")})
         expectRefused(folder_ / name, reason);
+}
+
+TEST_F(PictureDamage, AFailureToReadIsToldAndNothingIsShown) {
+    // Larger than what one call reads, so that each fails in the middle.
+    for (const auto& [name, depth] :
+         {std::pair("alpha.bmp", 32), std::pair("page.bmp", 24), std::pair("page.png", 24)}) {
+        saved(name, *scratch::noise(300, 200, depth));
+        for (int after = 0; after < 3; ++after) {
+            scratch::fault = {"read", EIO, after};
+            expectRefused(folder_ / name, "cannot be read: Input/output error");
+            scratch::fault = {"read", EINTR, after, 1};
+            std::string error;
+            EXPECT_NE(host::loadPicture(folder_ / name, error), nullptr) << error;
+        }
+        scratch::fault = {};
+    }
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{0, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    expectRefused(folder_ / "page.bmp", "Too many open files");
+    setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(PictureDamage, AFailedSaveLeavesTheOldPicture) {

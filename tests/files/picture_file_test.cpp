@@ -90,4 +90,18 @@ TEST_F(PictureFile, EveryKindOfPngIsReadAndComesOntoWhite) {
     expectRead("16 bits", png(PNG_FORMAT_LINEAR_Y, {0x12, 0x34, 0x12, 0x80}), {0x34, 0x80});
 }
 
+TEST_F(PictureFile, IsWholeWhenARecordHoldsAllOfIt) {
+    for (const auto& [whole, file] : {std::pair(true, png(PNG_FORMAT_RGB_COLORMAP, {1, 0}, {9, 9, 9, 4, 4, 4})),
+                                      std::pair(true, png(PNG_FORMAT_RGBA, {1, 2, 3, 255, 4, 5, 6, 255})),
+                                      std::pair(false, png(PNG_FORMAT_RGBA, {1, 2, 3, 255, 4, 5, 6, 254})),
+                                      std::pair(false, png(PNG_FORMAT_LINEAR_Y, {0x12, 0x34, 0x12, 0x80}))})
+        EXPECT_EQ(host::readPicture(folder_.write("a.png", file), host::Formats::Pages, error_).whole, whole) << error_;
+    for (const std::uint8_t alpha : scratch::Bytes{254, 255}) {
+        BitmapPtr picture = scratch::noise(3, 2, 32);
+        for (int i = 3; i < 24; i += 4) bitmap_pixels(picture.get())[i] = alpha;
+        ASSERT_TRUE(host::savePicture(folder_ / "a.bmp", *picture, error_)) << error_;
+        EXPECT_EQ(host::readPicture(folder_ / "a.bmp", host::Formats::Pages, error_).whole, alpha == 255) << error_;
+    }
+}
+
 }  // namespace

@@ -29,7 +29,8 @@ TEST(Storage, PicturesAreListedNewestFirst) {
     const auto now = fs::file_time_type::clock::now();
     for (const auto& [name, age] :
          {std::pair("old.bmp", 3), std::pair("new.PNG", 1), std::pair("same a.bmp", 2), std::pair("same b.Bmp", 2),
-          std::pair(".hidden.bmp", 0), std::pair("photograph.jpg", 0), std::pair("broken \xFF.bmp", 0)})
+          std::pair(".hidden.bmp", 0), std::pair("photograph.Jpeg", 4), std::pair("notes.txt", 0),
+          std::pair("broken \xFF.bmp", 0)})
         fs::last_write_time(folder.write(std::string("My pictures/") + name, "any"), now - std::chrono::seconds(age));
     fs::create_directory(folder / "My pictures/folder.bmp");
     fs::create_symlink("gone", folder / "My pictures/dangling.bmp");
@@ -40,7 +41,8 @@ TEST(Storage, PicturesAreListedNewestFirst) {
         EXPECT_EQ(entry.bytes, 3U);
     }
     EXPECT_THAT(paths, ElementsAre("/mnt/ext1/My pictures/new.PNG", "/mnt/ext1/My pictures/same b.Bmp",
-                                   "/mnt/ext1/My pictures/same a.bmp", "/mnt/ext1/My pictures/old.bmp"));
+                                   "/mnt/ext1/My pictures/same a.bmp", "/mnt/ext1/My pictures/old.bmp",
+                                   "/mnt/ext1/My pictures/photograph.Jpeg"));
 }
 
 }  // namespace

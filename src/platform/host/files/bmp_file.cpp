@@ -6,13 +6,12 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <span>
 #include <utility>
 
-#include "platform/host/files/picture_file.h"
+#include "platform/host/files/picture_header.h"
+#include "platform/host/files/surface_record.h"
 #include "platform/host/screen/framebuffer.h"
-#include "platform/host/screen/paint.h"
 #include "platform/host/screen/surface.h"
 
 namespace host {
@@ -96,10 +95,7 @@ const char* readHeader(Bytes start, std::uint64_t fileSize, Header& header) {
     const bool ownMeaning = size == kOs2Header && header.compression == kBitfields;
     if (!isKnown(header.bits, header.compression) || ownMeaning || header.colours > kGreys)
         return "is a BMP of an unknown kind";
-    if (header.width < 1 || header.height < 1) return "is an empty picture";
-    constexpr int kLargestSide = std::numeric_limits<std::uint16_t>::max();
-    if (header.width > kLargestSide || header.height > kLargestSide) return "is larger than 65,535 pixels in a side";
-    if (header.width * header.height > kMostPicturePixels) return "has more pixels than can be shown";
+    if (const char* fault = findSizeFault(header.width, header.height)) return fault;
     if (header.palette + header.colours * 4 > header.pixels) return "is damaged: its headers contradict themselves";
     const bool packed = header.compression == kRle8 || header.compression == kRle4;
     const std::size_t stored =
@@ -136,48 +132,25 @@ void copyRow(const std::uint8_t* from, std::uint8_t* to, std::size_t width, int 
     for (; depth > 8 && i < bytes; i += pixel) std::swap(to[i], to[i + 2]);
 }
 
-/// A record of depth 8 when the surface has a palette of greys, else of depth 24 on white.
-BitmapPtr recordFrom(const SDL_Surface& surface) {
-    const SDL_Palette* palette = surface.format->palette;
-    const bool grey = palette != nullptr && std::all_of(palette->colors, palette->colors + palette->ncolors,
-                                                        [](SDL_Color c) { return c.r == c.g && c.g == c.b; });
-    BitmapPtr bitmap = makeBitmap(surface.w, surface.h, grey ? 8 : 24);
-    const std::size_t bytes = surface.format->BytesPerPixel;
-    for (int y = 0; bitmap != nullptr && y < surface.h; ++y) {
-        const auto* from = static_cast<const std::uint8_t*>(surface.pixels) + std::ptrdiff_t{y} * surface.pitch;
-        std::uint8_t* to = bitmapRow(*bitmap, y);
-        // Pixel by pixel: the library's conversion of whole surfaces makes 254 of a full green of six bits.
-        for (int x = 0; x < surface.w; ++x, from += bytes) {
-            Uint32 pixel = 0;
-            std::memcpy(&pixel, from, bytes);  // little-endian, like every panel
-            SDL_Color colour{};
-            SDL_GetRGBA(pixel, surface.format, &colour.r, &colour.g, &colour.b, &colour.a);
-            *to++ = blend(0xFF, colour.r, colour.a);
-            if (grey) continue;
-            *to++ = blend(0xFF, colour.g, colour.a);
-            *to++ = blend(0xFF, colour.b, colour.a);
-        }
-    }
-    return bitmap;
-}
-
 }  // namespace
 
-BitmapPtr loadBmp(const std::filesystem::path& path, std::istream& file, std::string& reason) {
+Picture loadBmp(std::istream& file, std::string& reason) {
     std::array<std::uint8_t, kFileHeader + kLongestHeader + kGreys * 4> start{};
     file.read(reinterpret_cast<char*>(start.data()), start.size());
-    file.clear();
+    file.clear(file.rdstate() & std::ios::badbit);
     const auto fileSize = static_cast<std::uint64_t>(file.seekg(0, std::ios::end).tellg());
     Header header;
     const char* fault = readHeader(start, fileSize, header);
     reason = fault != nullptr ? fault : "is too large for a bitmap record";
-    if (fault != nullptr) return nullptr;
+    if (fault != nullptr) return {};
     if (!isPlain(start, header)) {
         constexpr int kCloseStream = 1;
-        const SurfacePtr surface(SDL_LoadBMP_RW(SDL_RWFromFile(path.c_str(), "rb"), kCloseStream));
+        const std::vector<std::uint8_t> bytes = contentsOf(file);
+        SDL_RWops* stream = SDL_RWFromConstMem(bytes.data(), static_cast<int>(bytes.size()));
+        const SurfacePtr surface(SDL_LoadBMP_RW(stream, kCloseStream));
         if (surface != nullptr && surface->format->BitsPerPixel >= 8) return recordFrom(*surface);
         reason = std::string("is damaged: ") + SDL_GetError();
-        return nullptr;
+        return {};
     }
     const auto height = static_cast<int>(header.height);
     BitmapPtr bitmap = makeBitmap(static_cast<int>(header.width), height, static_cast<int>(header.bits));
@@ -194,9 +167,9 @@ BitmapPtr loadBmp(const std::filesystem::path& path, std::istream& file, std::st
                       static_cast<std::streamsize>(std::min(block.size(), rest)));
         copyRow(&block[at], bitmapRow(*bitmap, header.topDown ? i : height - 1 - i), bitmap->width, bitmap->depth);
     }
-    if (file) return bitmap;
+    if (file) return {std::move(bitmap)};
     reason = "cannot be read to its end";
-    return nullptr;
+    return {};
 }
 
 std::vector<std::uint8_t> encodeBmp(const bitmap_s& bitmap) {

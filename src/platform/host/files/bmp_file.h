@@ -1,18 +1,17 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <istream>
 #include <string>
 #include <vector>
 
-#include "platform/host/screen/bitmap_record.h"
+#include "platform/host/files/picture_file.h"
 
 namespace host {
 
 /// The picture in a BMP file, which is open in `file`, at its start. Null, with the reason in `reason`, when it is cut,
 /// damaged, too large or of an unknown kind.
-[[nodiscard]] BitmapPtr loadBmp(const std::filesystem::path& path, std::istream& file, std::string& reason);
+[[nodiscard]] Picture loadBmp(std::istream& file, std::string& reason);
 
 /// A bottom-up BMP file with the pixels of a record of depth 8 (grey, with its palette), 24 or 32 (with alpha).
 [[nodiscard]] std::vector<std::uint8_t> encodeBmp(const bitmap_s& bitmap);

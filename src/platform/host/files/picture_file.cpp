@@ -1,6 +1,7 @@
 #include "platform/host/files/picture_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
 #include <cstring>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "platform/host/files/bmp_file.h"
+#include "platform/host/files/photograph.h"
 #include "platform/host/files/png_file.h"
 #include "platform/host/files/replaced_file.h"
 #include "platform/host/screen/blit.h"
@@ -26,26 +28,35 @@ std::string ending(const fs::path& file) {
     return text;
 }
 
-BitmapPtr load(const fs::path& path, std::string& reason) {
+Picture decode(std::istream& file, Formats formats, std::string& reason) {
+    std::string start(8, '\0');
+    start.resize(static_cast<std::size_t>(file.read(start.data(), 8).gcount()));
+    file.clear(file.rdstate() & std::ios::badbit);
+    file.seekg(0);
+    if (start.starts_with("\x89PNG\r\n\x1A\n")) return loadPng(file, reason);
+    if (start.starts_with("BM")) return loadBmp(file, reason);
+    if (!start.empty() && formats == Formats::All) return loadPhotograph(contentsOf(file), reason);
+    reason = start.empty() ? "is empty" : "is neither a BMP nor a PNG picture";
+    return {};
+}
+
+Picture load(const fs::path& path, Formats formats, std::string& reason) {
     std::error_code error;
     // Opening a named pipe that nobody writes to would stop the program here.
     if (!fs::is_regular_file(path, error)) {
         reason = error ? error.message() : "is not an ordinary file";
-        return nullptr;
+        return {};
     }
     std::ifstream file(path, std::ios::binary);
     if (!file) {
         reason = std::strerror(errno);
-        return nullptr;
+        return {};
     }
-    std::string start(8, '\0');
-    start.resize(static_cast<std::size_t>(file.read(start.data(), 8).gcount()));
-    file.clear();
-    file.seekg(0);
-    if (start.starts_with("\x89PNG\r\n\x1A\n")) return loadPng(file, reason);
-    if (start.starts_with("BM")) return loadBmp(path, file, reason);
-    reason = start.empty() ? "is empty" : "is neither a BMP nor a PNG picture";
-    return nullptr;
+    Picture picture = decode(file, formats, reason);
+    if (!file.bad()) return picture;
+    // What the decoders made of the bytes that the disk did not give counts for nothing.
+    reason = std::string("cannot be read: ") + std::strerror(errno);
+    return {};
 }
 
 /// The picture itself, or a copy of depth 8 in `copy` when it has fewer bits. Null when it cannot be saved.
@@ -61,7 +72,7 @@ const bitmap_s* savable(const bitmap_s& bitmap, BitmapPtr& copy) {
 }
 
 bool save(const fs::path& path, const bitmap_s& bitmap, Sync sync, std::string& reason) {
-    if (!isPictureName(path)) {
+    if (!isPageName(path)) {
         reason = "pictures are saved under names that end in .bmp or .png";
         return false;
     }
@@ -77,16 +88,29 @@ bool save(const fs::path& path, const bitmap_s& bitmap, Sync sync, std::string& 
 
 }  // namespace
 
-BitmapPtr loadPicture(const fs::path& file, std::string& error) {
+Picture readPicture(const fs::path& file, Formats formats, std::string& error) {
     std::string reason;
-    BitmapPtr bitmap;
+    Picture picture;
     try {
-        bitmap = load(file, reason);
+        picture = load(file, formats, reason);
     } catch (const std::bad_alloc&) {
         reason = "there is not enough memory to read it";
     }
-    error = bitmap != nullptr ? "" : printable(file) + ": " + reason;
-    return bitmap;
+    error = picture.bitmap != nullptr ? "" : printable(file) + ": " + printable(reason);
+    return picture;
+}
+
+BitmapPtr loadPicture(const fs::path& file, std::string& error) {
+    return readPicture(file, Formats::Pages, error).bitmap;
+}
+
+std::vector<std::uint8_t> contentsOf(std::istream& file) {
+    constexpr std::streamoff kMostBytes = 8 * kMostPicturePixels;  // what the largest picture takes, not packed
+    const auto size = static_cast<std::streamoff>(file.seekg(0, std::ios::end).tellg());
+    std::vector<std::uint8_t> bytes;
+    if (size > 0 && size <= kMostBytes) bytes = largeBlock(static_cast<std::size_t>(size), 0);
+    file.seekg(0).read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 bool savePicture(const fs::path& file, const bitmap_s& bitmap, std::string& error, Sync sync) {
@@ -101,9 +125,14 @@ bool savePicture(const fs::path& file, const bitmap_s& bitmap, std::string& erro
     return saved;
 }
 
-bool isPictureName(const fs::path& file) {
+bool isPageName(const fs::path& file) {
     const std::string format = ending(file);
     return format == ".bmp" || format == ".png";
+}
+
+bool isPictureName(const fs::path& file) {
+    constexpr std::array kOthers = {".jpg", ".jpeg", ".webp", ".gif", ".tif", ".tiff"};
+    return isPageName(file) || std::ranges::find(kOthers, ending(file)) != kOthers.end();
 }
 
 std::string printable(const fs::path& file) {

@@ -3,10 +3,9 @@
 #include <png.h>
 
 #include <csetjmp>
-#include <limits>
 #include <string_view>
 
-#include "platform/host/files/picture_file.h"
+#include "platform/host/files/picture_header.h"
 #include "platform/host/screen/paint.h"
 
 namespace host {
@@ -44,16 +43,14 @@ struct Reading {
     png_infop info = nullptr;
     int width = 0;
     int height = 0;
-    BitmapPtr bitmap;                 ///< of pixels that the file holds as a record does
+    Picture picture;                  ///< of pixels that the file holds as a record does
     std::vector<std::uint8_t> mixed;  ///< R, G, B, alpha, of others
 };
 
 /// Why such a picture cannot be read; null when nothing speaks against it.
 const char* findFault(const Reading& reading) {
-    constexpr int kLargestSide = std::numeric_limits<std::uint16_t>::max();
     constexpr std::uint64_t kMostUnpacked = 1032;  // bytes that deflate can pack into one
-    if (reading.width > kLargestSide || reading.height > kLargestSide) return "is larger than 65,535 pixels in a side";
-    if (std::int64_t{reading.width} * reading.height > kMostPicturePixels) return "has more pixels than can be shown";
+    if (const char* fault = findSizeFault(reading.width, reading.height)) return fault;
     const auto start = reading.file.tellg();
     const auto rest = static_cast<std::uint64_t>(reading.file.seekg(0, std::ios::end).tellg() - start);
     reading.file.seekg(start);
@@ -66,11 +63,12 @@ std::uint8_t* makeRoom(Reading& reading) {
     png_structp png = reading.png;
     const int type = png_get_color_type(png, reading.info);
     const bool opaque = png_get_valid(png, reading.info, PNG_INFO_tRNS) == 0;
+    reading.picture.whole = png_get_bit_depth(png, reading.info) <= 8;
     png_set_expand(png);
     png_set_strip_16(png);
     if (opaque && (type == PNG_COLOR_TYPE_GRAY || type == PNG_COLOR_TYPE_RGB)) {
-        reading.bitmap = makeBitmap(reading.width, reading.height, type == PNG_COLOR_TYPE_GRAY ? 8 : 24);
-        return reading.bitmap == nullptr ? nullptr : bitmap_pixels(reading.bitmap.get());
+        reading.picture.bitmap = makeBitmap(reading.width, reading.height, type == PNG_COLOR_TYPE_GRAY ? 8 : 24);
+        return reading.picture.bitmap == nullptr ? nullptr : bitmap_pixels(reading.picture.bitmap.get());
     }
     png_set_gray_to_rgb(png);
     png_set_add_alpha(png, 0xFF, PNG_FILLER_AFTER);
@@ -104,27 +102,33 @@ bool read(Reading& reading) {
     return true;
 }
 
-/// A record of depth 8 when all pixels are grey, else 24. Null when it cannot be made.
-BitmapPtr onWhite(const std::vector<std::uint8_t>& rgba, int width, int height) {
+/// Brings R, G, B, alpha into a record of depth 8 when all pixels are grey, else 24.
+void layOnWhite(Reading& reading) {
+    const std::vector<std::uint8_t>& rgba = reading.mixed;
+    Picture& picture = reading.picture;
     bool grey = true;
-    for (std::size_t i = 0; grey && i < rgba.size(); i += 4) grey = rgba[i] == rgba[i + 1] && rgba[i] == rgba[i + 2];
-    BitmapPtr bitmap = makeBitmap(width, height, grey ? 8 : 24);
-    if (bitmap == nullptr) return nullptr;
-    std::uint8_t* to = bitmap_pixels(bitmap.get());
+    for (std::size_t i = 0; i < rgba.size(); i += 4) {
+        grey = grey && rgba[i] == rgba[i + 1] && rgba[i] == rgba[i + 2];
+        picture.whole = picture.whole && rgba[i + 3] == 0xFF;
+    }
+    picture.bitmap = makeBitmap(reading.width, reading.height, grey ? 8 : 24);
+    if (picture.bitmap == nullptr) return;
+    std::uint8_t* to = bitmap_pixels(picture.bitmap.get());
     for (std::size_t i = 0; i < rgba.size(); i += 4) {
         const std::uint8_t* pixel = &rgba[i];
-        for (int channel = 0; channel < bitmap->depth / 8; ++channel) *to++ = blend(0xFF, pixel[channel], pixel[3]);
+        for (int channel = 0; channel < picture.bitmap->depth / 8; ++channel)
+            *to++ = blend(0xFF, pixel[channel], pixel[3]);
     }
-    return bitmap;
 }
 
 }  // namespace
 
-BitmapPtr loadPng(std::istream& file, std::string& reason) {
+Picture loadPng(std::istream& file, std::string& reason) {
     reason = "there is not enough memory to read it";
     Reading reading(file, reason);
-    if (reading.png == nullptr || !read(reading)) return nullptr;
-    return reading.mixed.empty() ? std::move(reading.bitmap) : onWhite(reading.mixed, reading.width, reading.height);
+    if (reading.png == nullptr || !read(reading)) return {};
+    if (!reading.mixed.empty()) layOnWhite(reading);
+    return std::move(reading.picture);
 }
 
 std::vector<std::uint8_t> encodePng(const bitmap_s& bitmap, std::string& reason) {

@@ -37,7 +37,7 @@ public:
     [[nodiscard]] int access(const char* devicePath, int mode) const;
     int unlink(const char* devicePath) const;
 
-    /// The pictures under "My pictures" (.bmp and .png in any case), newest first; of equal times, by name downwards.
+    /// The pictures under "My pictures" (see isPictureName), newest first; of equal times, by name downwards.
     /// Hidden files, folders and names that are not UTF-8 are left out.
     [[nodiscard]] std::vector<PictureEntry> pictures() const;
 

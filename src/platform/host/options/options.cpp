@@ -21,6 +21,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/host/files/picture_file.h"
+
 namespace host {
 
 namespace {
@@ -38,7 +40,7 @@ constexpr const char* kHelp = R"(Usage: colour [OPTIONS] [PICTURE]
 
 Draw by hand on an e-ink panel, or on a window or a browser page that stands for one.
 
-  PICTURE                open this picture (.bmp, .png) at once; "back" leads to the explorer
+  PICTURE                open this picture at once; "back" leads to the explorer
   --new                  begin with a new picture
 
 Panel
@@ -110,14 +112,8 @@ DisplayKind displayKind(const std::string& name, std::string& error) {
 }
 
 void checkPicture(const std::string& picture) {
-    std::string ending = fs::path(picture).extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    if (ending == ".jpg" || ending == ".jpeg") {
-        fail("'" + picture + "' is not opened: a JPEG picture cannot be saved without loss");
-    }
-    if (ending != ".bmp" && ending != ".png")
-        fail("'" + picture + "' is not a picture: it ends in neither .bmp nor .png");
+    if (!isPictureName(picture))
+        fail("'" + picture + "' is not a picture: it ends in none of .bmp, .png, .jpg, .webp, .gif and .tif");
     // A path on the device is one of the storage's, which knows where it really is.
     if (!picture.starts_with("/mnt/ext1/")) requireReadable("picture", picture);
 }

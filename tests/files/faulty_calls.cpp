@@ -1,0 +1,38 @@
+#include "files/faulty_calls.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace scratch {
+
+Fault fault;
+
+/// The system's call, unless it is to fail now.
+template <typename... Arguments>
+long callOrFail(std::string_view name, long number, Arguments... arguments) {
+    if (name != fault.call || fault.after-- > 0 || fault.times-- <= 0) return ::syscall(number, arguments...);
+    errno = fault.error;
+    return -1;
+}
+
+}  // namespace scratch
+
+// These stand before the C library's, for the standard library too.
+extern "C" {
+ssize_t read(int file, void* into, size_t bytes) { return scratch::callOrFail("read", SYS_read, file, into, bytes); }
+ssize_t pwrite(int file, const void* from, size_t bytes, off_t at) {
+    return scratch::callOrFail("pwrite", SYS_pwrite64, file, from, bytes, at);
+}
+int fsync(int file) { return static_cast<int>(scratch::callOrFail("fsync", SYS_fsync, file)); }
+int ftruncate(int file, off_t bytes) noexcept {
+    return static_cast<int>(scratch::callOrFail("ftruncate", SYS_ftruncate, file, bytes));
+}
+int fallocate(int file, int mode, off_t at, off_t bytes) {
+    return static_cast<int>(scratch::callOrFail("fallocate", SYS_fallocate, file, mode, at, bytes));
+}
+int flock(int file, int operation) noexcept {
+    return static_cast<int>(scratch::callOrFail("flock", SYS_flock, file, operation));
+}
+}
