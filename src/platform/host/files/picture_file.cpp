@@ -71,8 +71,8 @@ const bitmap_s* savable(const bitmap_s& bitmap, BitmapPtr& copy) {
     return copy.get();
 }
 
-bool save(const fs::path& path, const bitmap_s& bitmap, Sync sync, std::string& reason) {
-    if (!isPageName(path)) {
+bool save(Replacement& replacement, const bitmap_s& bitmap, Sync sync, std::string& reason) {
+    if (!isPageName(replacement.target())) {
         reason = "pictures are saved under names that end in .bmp or .png";
         return false;
     }
@@ -82,8 +82,9 @@ bool save(const fs::path& path, const bitmap_s& bitmap, Sync sync, std::string& 
         reason = "a bitmap of this size and depth cannot be saved";
         return false;
     }
-    const std::vector<std::uint8_t> bytes = ending(path) == ".png" ? encodePng(*picture, reason) : encodeBmp(*picture);
-    return !bytes.empty() && replaceFile(path, bytes, sync, reason);
+    const std::vector<std::uint8_t> bytes =
+        ending(replacement.target()) == ".png" ? encodePng(*picture, reason) : encodeBmp(*picture);
+    return !bytes.empty() && replacement.put(bytes, sync, reason);
 }
 
 }  // namespace
@@ -114,14 +115,19 @@ std::vector<std::uint8_t> contentsOf(std::istream& file) {
 }
 
 bool savePicture(const fs::path& file, const bitmap_s& bitmap, std::string& error, Sync sync) {
+    Replacement replacement(file);
+    return savePicture(replacement, bitmap, error, sync);
+}
+
+bool savePicture(Replacement& replacement, const bitmap_s& bitmap, std::string& error, Sync sync) {
     std::string reason;
     bool saved = false;
     try {
-        saved = save(file, bitmap, sync, reason);
+        saved = save(replacement, bitmap, sync, reason);
     } catch (const std::bad_alloc&) {
         reason = "there is not enough memory to write it";
     }
-    error = saved ? "" : printable(file) + ": " + reason;
+    error = saved ? "" : printable(replacement.target()) + ": " + reason;
     return saved;
 }
 

@@ -9,6 +9,8 @@
 
 namespace host {
 
+class Replacement;
+
 /// The largest picture that is read, in pixels (64 million): a damaged header cannot ask for more memory than a
 /// large photograph takes, a few hundred megabytes while it is unpacked.
 inline constexpr std::int64_t kMostPicturePixels = std::int64_t{64} << 20;
@@ -38,10 +40,14 @@ enum class Sync { Yes, No };
 
 /// Writes a picture as the name's ending says: .bmp (8-bit grey, 24-bit, or 32-bit where the record has alpha) or
 /// .png; without losing a pixel. Makes missing folders, follows a symbolic link to its file and keeps the
-/// permissions of a present file. Written beside the target, synced and renamed over it, so the path holds the old
-/// or the new picture at every moment. False, with one line in `error`, on failure; the old file is then
-/// untouched. Sync::No is for measuring.
+/// permissions and, where the system permits, the owner of a present file. Written beside the target, synced and
+/// renamed over it, so the path holds the old or the new picture at every moment. False, with one line in `error`, on
+/// failure; the old file is then untouched. Sync::No is for measuring.
 [[nodiscard]] bool savePicture(const std::filesystem::path& file, const bitmap_s& bitmap, std::string& error,
+                               Sync sync = Sync::Yes);
+
+/// The same into the target of a replacement, for which room may have been reserved.
+[[nodiscard]] bool savePicture(Replacement& replacement, const bitmap_s& bitmap, std::string& error,
                                Sync sync = Sync::Yes);
 
 /// All bytes of an open file; none when there are more than the largest picture can have.
