@@ -23,6 +23,26 @@ TEST(Storage, DevicePathsLieUnderTheRoot) {
         EXPECT_EQ(storage.resolve(path), file) << path;
 }
 
+TEST(Storage, LiesInAnAbsolutePlace) {
+    const TemporaryFolder folder;
+    if (fs::exists("/mnt/ext1")) GTEST_SKIP() << "this is a device";
+    ::setenv("XDG_DATA_HOME", "relative", 1);
+    ::setenv("HOME", folder.path().c_str(), 1);
+    EXPECT_EQ(Storage("").root(), folder / ".local/share/colour");
+    ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+    EXPECT_EQ(Storage("").root(), folder / "data/colour");
+}
+
+TEST(Storage, ANewPictureTakesNoOthersNumber) {
+    const TemporaryFolder folder;
+    const Storage storage(folder.path());
+    EXPECT_EQ(storage.freeNumber(5), 5);
+    folder.write("My pictures/picture_5.bmp", "any");
+    folder.write("My pictures/picture_6.png", "any");
+    fs::create_symlink("gone", folder / "My pictures/picture_7.bmp");
+    EXPECT_EQ(std::pair(storage.freeNumber(4), storage.freeNumber(5)), std::pair(4L, 8L));
+}
+
 TEST(Storage, PicturesAreListedNewestFirst) {
     const TemporaryFolder folder;
     const Storage storage(folder.path());

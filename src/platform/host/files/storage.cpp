@@ -1,11 +1,13 @@
 #include "platform/host/files/storage.h"
 
 #include <glib.h>
+#include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <system_error>
@@ -22,11 +24,23 @@ namespace fs = std::filesystem;
 constexpr std::string_view kDeviceRoot = "/mnt/ext1";
 constexpr const char* kPicturesFolder = "My pictures";
 
+/// Absolute, whatever the environment says: a relative folder would be another one in the next session.
+fs::path dataFolder() {
+    const char* const chosen = std::getenv("XDG_DATA_HOME");
+    if (chosen != nullptr && fs::path(chosen).is_absolute()) return chosen;
+    const char* home = std::getenv("HOME");
+    if (home == nullptr || fs::path(home).is_relative()) {
+        const passwd* user = ::getpwuid(::getuid());
+        home = user == nullptr ? "" : user->pw_dir;
+    }
+    return fs::path("/") / home / ".local/share";
+}
+
 fs::path chooseRoot(const std::string& directory) {
     if (!directory.empty()) return directory;
     std::error_code ignored;
     if (fs::is_directory(kDeviceRoot, ignored) && ::access(kDeviceRoot.data(), W_OK) == 0) return kDeviceRoot;
-    return fs::path(g_get_user_data_dir()) / "colour";
+    return dataFolder() / "colour";
 }
 
 /// Why pictures cannot be kept in this folder, which is made where it is missing; empty when they can.
@@ -79,6 +93,18 @@ int Storage::access(const char* devicePath, int mode) const {
 
 int Storage::unlink(const char* devicePath) const {
     return devicePath == nullptr ? -1 : ::unlink(resolve(devicePath).c_str());
+}
+
+long Storage::freeNumber(long seconds) const {
+    const auto isTaken = [this](long number) {
+        const std::string name = "picture_" + std::to_string(number);
+        std::error_code ignored;
+        const fs::path folder = root_ / kPicturesFolder;
+        return fs::exists(fs::symlink_status(folder / (name + ".bmp"), ignored)) ||
+               fs::exists(fs::symlink_status(folder / (name + ".png"), ignored));
+    };
+    while (isTaken(seconds)) ++seconds;
+    return seconds;
 }
 
 std::vector<PictureEntry> Storage::pictures() const {

@@ -20,8 +20,9 @@ struct PictureEntry {
 class Storage {
 public:
     /// `directory` is the root; when empty, "/mnt/ext1" itself where it exists and can be written, else
-    /// $XDG_DATA_HOME/colour, else ~/.local/share/colour. Makes the root and its "My pictures" folder; when that
-    /// fails, says so in one line on standard error. Removes what a killed program left half saved.
+    /// $XDG_DATA_HOME/colour, else ~/.local/share/colour (of the password database's home where $HOME is none). Makes
+    /// the root and its "My pictures" folder; when that fails, says so in one line on standard error. Removes what a
+    /// killed program left half saved.
     explicit Storage(const std::string& directory);
 
     /// One line that says why pictures cannot be kept; empty when all is well.
@@ -36,6 +37,10 @@ public:
     /// As the C library's, on device paths: 0 on success, -1 on failure.
     [[nodiscard]] int access(const char* devicePath, int mode) const;
     int unlink(const char* devicePath) const;
+
+    /// The first number, from this one on, that no picture under "My pictures" is named after ("picture_NUMBER.bmp" or
+    /// .png): new pictures are named after the second they were begun in.
+    [[nodiscard]] long freeNumber(long seconds) const;
 
     /// The pictures under "My pictures" (see isPictureName), newest first; of equal times, by name downwards.
     /// Hidden files, folders and names that are not UTF-8 are left out.
