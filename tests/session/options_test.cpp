@@ -31,16 +31,20 @@ struct CommandLineOptions : testing::Test {
 
 TEST_F(CommandLineOptions, AreAllTaken) {
     const Options options = read(
-        "picture.BMP --display=headless --port 65535 --listen :: --password-file plain --host-name a --host-name b "
-        "--storage s --theme . --language pt_BR --script plain --trace t --clock 5000000000 --waveforms --log 2");
+        "picture.BMP --display=browser --port 65535 --listen :: --password-file plain --host-name a --host-name b "
+        "--storage s --theme . --language pt_BR --script plain --trace t --waveforms --log 2");
     const std::vector<std::string> texts{options.picture, options.listen,   options.passwordFile, options.storage,
                                          options.theme,   options.language, options.script,       options.trace};
     EXPECT_EQ(texts, (std::vector<std::string>{"picture.BMP", "::", "plain", "s", ".", "pt_BR", "plain", "t"}));
     EXPECT_EQ(options.hostNames, (std::vector<std::string>{"a", "b"}));
-    EXPECT_EQ(options.display, DisplayKind::Headless);
-    EXPECT_EQ(std::tuple(options.port, options.clock, options.logLevel), std::tuple(65'535, 5'000'000'000, 2));
+    EXPECT_EQ(options.display, DisplayKind::Browser);
+    EXPECT_EQ(std::pair(options.port, options.logLevel), std::pair(65'535, 2));
     EXPECT_TRUE(options.waveforms);
     EXPECT_TRUE(read("--new").newPicture);
+    EXPECT_EQ(read("--clock 5000000000 --waveforms --display headless").clock, 5'000'000'000);
+    EXPECT_EQ(read("--port 1").display, DisplayKind::Automatic) << "which may become the browser";
+    EXPECT_EQ(read("--panel 1404x217@600").device.height, 217) << "one row to draw on";
+    EXPECT_EQ(read("--panel 8192x8300@300").device.width, 8192);
     EXPECT_EQ(read("photo.JPeG").picture, "photo.JPeG");
 }
 
@@ -56,6 +60,15 @@ TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
         {"--panel 600x800@167,grey,scale=2,colour", "--panel .*each once.*'colour'"},
         {"--panel 600x800@167,scale=nan", "--panel .*0.25 to 8.*"},
         {"--panel 600x800@167,platform=x", "--panel .*platform.*"},
+        {"--panel 1404x216@600", "--panel .*its toolbar would be higher than the panel"},
+        {"--panel 200x4000@1200", "--panel .*its .back. button would be off the screen"},
+        {"--panel 200x200@1200,scale=8", "--panel .*would.*"},
+        {"--panel 8200x8300@300", "--panel .*more pixels than a picture can be saved with"},
+        {"--port 80 --display window", "--port is for the browser display alone"},
+        {"--listen :: --display headless", "--listen is for the browser display alone"},
+        {"--password-file plain --display headless", "--password-file is .*"},
+        {"--display headless --host-name a", "--host-name is .*"},
+        {"--clock 7", "--clock is for the headless display alone"},
         {"--display wall", "--display wall: .*"},
         {"--port 0", "--port 0: .*"},
         {"--port 010x", "--port 010x: .*"},

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -151,6 +152,17 @@ bool setProperty(Device& device, std::string_view property, std::set<std::string
     return name == "platform" && platform.has_value();
 }
 
+/// Why nobody can draw on such a panel, or save what they drew; empty when all can.
+std::string findPanelFault(const Device& device) {
+    constexpr int kToolbarHeight = 108;  // design units
+    constexpr int kBackButton = 52;      // design units from the left: its middle
+    const int toolbar = device.designToPixel(kToolbarHeight);
+    if (toolbar >= device.height) return "its toolbar would be higher than the panel";
+    if (device.designToPixel(kBackButton) >= device.width) return "its \"back\" button would be off the screen";
+    const std::int64_t page = std::int64_t{device.width} * (device.height - toolbar);
+    return page > kMostPicturePixels ? "its page would have more pixels than a picture can be saved with" : "";
+}
+
 /// The device that "WxH@DPI[,colour|,grey][,scale=S][,platform=N]" describes, each property at most once. Nothing, with
 /// the reason in `error`, when it describes none.
 std::optional<Device> parsePanel(std::string_view text, std::string& error) {
@@ -178,6 +190,8 @@ std::optional<Device> parsePanel(std::string_view text, std::string& error) {
         error.append(property).append("'");
         return std::nullopt;
     }
+    error = findPanelFault(device);
+    if (!error.empty()) return std::nullopt;
     return device;
 }
 
@@ -264,6 +278,13 @@ private:
         for (const char* name : {"--storage", "--trace", "--listen"}) {
             if (given(name) && app_.get_option(name)->as<std::string>().empty()) fail(std::string(name) + " is empty");
         }
+        // An automatic display may become the browser.
+        const bool browser = options_.display == DisplayKind::Browser || options_.display == DisplayKind::Automatic;
+        for (const char* name : {"--port", "--listen", "--password-file", "--host-name"}) {
+            if (given(name) && !browser) fail(std::string(name) + " is for the browser display alone");
+        }
+        if (given("--clock") && options_.display != DisplayKind::Headless)
+            fail("--clock is for the headless display alone");
     }
 
     CLI::App app_{"", "colour"};
