@@ -23,10 +23,13 @@ public:
         return text;
     }
 
-    /// Ends it by that signal; its exit status as wait gives it.
+    [[nodiscard]] bool alive() const { return kill(pid_, 0) == 0; }
+    void send(int signal) { kill(-pid_, signal); }
+
+    /// Ends it by that signal, or waits for its end (0); its exit status as wait gives it.
     int end(int signal) {
         if (output_ == nullptr) return -1;
-        kill(-pid_, signal);
+        send(signal);
         return pclose(std::exchange(output_, nullptr));
     }
 

@@ -56,6 +56,9 @@ public:
         static_cast<void>(on);
         static_cast<void>(near);
     }
+
+    /// The text that an input method is composing, which it has not committed; forgets it. Empty where none is known.
+    virtual std::string takeComposed() { return {}; }
 };
 
 }  // namespace host

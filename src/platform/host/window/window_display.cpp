@@ -155,6 +155,8 @@ public:
         SDL_StartTextInput();
     }
 
+    std::string takeComposed() override { return input_.takeComposed(); }
+
 private:
     // On a screen whose points are several pixels the window came out that much larger than the panel.
     void shrinkToPixels(const SDL_Surface& surface, Size points, Size room) {
@@ -252,6 +254,7 @@ void setHints() {
     SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");
     // An input method shows what is being composed in its own window.
     SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+    SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
 }
