@@ -1,6 +1,7 @@
 #include "platform/host/desk/loop.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "platform/host/record/json.h"
@@ -11,6 +12,7 @@ namespace host {
 namespace {
 
 constexpr int kRepaint = 23;
+constexpr int kLostDisplay = 1;  // exit status
 
 /// At this pace a press reports where the pointer is; the application spares the panel by it.
 constexpr Instant kReportInterval{100};
@@ -111,6 +113,11 @@ void Loop::input(const Input& input) {
         case Input::Kind::Close:
             closed_ = true;
             stop(0);
+            return;
+        case Input::Kind::Lost:
+            std::fputs("colour: the display has gone\n", stderr);
+            closed_ = true;
+            stop(kLostDisplay);
             return;
     }
 }

@@ -21,6 +21,7 @@ struct Input {
         Key,    ///< `key`
         Text,   ///< `text`: committed UTF-8, typed, from an input method or pasted
         Close,  ///< the person closed the display
+        Lost,   ///< the display has gone; it shows nothing any more and every wait says so again
     };
     Kind kind = Kind::PointerMove;
     Point at{};

@@ -30,6 +30,8 @@ public:
         composed_.clear();
     }
 
+    [[nodiscard]] bool typing() const { return typing_; }
+
     /// What an input method was composing when it last told; forgets it.
     [[nodiscard]] std::string takeComposed() { return std::exchange(composed_, {}); }
 
