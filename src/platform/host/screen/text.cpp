@@ -1,5 +1,6 @@
 #include "platform/host/screen/text.h"
 
+#include <locale.h>
 #include <pango/pangoft2.h>
 
 #include <algorithm>
@@ -76,8 +77,12 @@ Text::Text(const Device& device) : device_(device) {}
 Text::~Text() = default;
 
 void Text::warmUp() {
-    warming_ = std::async(std::launch::async, [this] {
+    // Meanwhile the window system's libraries may change the process's locale for a moment: Pango's language is asked
+    // of it before, and the thread has its own.
+    warming_ = std::async(std::launch::async, [this, language = pango_language_get_default()] {
+        uselocale(newlocale(LC_ALL_MASK, "C", nullptr));
         auto engine = std::make_unique<Engine>(device_);
+        pango_context_set_language(engine->context.get(), language);
         // Finding the default font takes longer than all the rest.
         constexpr int kAnySize = 32;
         static_cast<void>(engine->layOut("A", {.size = kAnySize}, Wrap::None).size());
