@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 
+#include <fstream>
 #include <future>
 #include <thread>
 
 #include "desk/world.h"
 #include "platform/host/panel/headless_display.h"
+#include "support/process.h"
 
 namespace host::test {
 namespace {
@@ -139,6 +142,24 @@ TEST(Signals, EndTheLoopBeforeAndWhileItWaits) {
             kill(getpid(), signal);
         });
         EXPECT_EQ(waiting.loop.run(nullptr), 0);
+    }
+}
+
+/// The program is stuck while it reads a script that never comes; the first signal cannot reach the loop.
+TEST(Signals, ASecondOneEndsAProgramThatHangs) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        const TemporaryFolder folder;
+        const std::string script = (folder / "script").string();
+        ASSERT_EQ(mkfifo(script.c_str(), 0600), 0);
+        Process program("'" COLOUR_PROGRAM "' --display headless --storage '" + folder.path().string() +
+                        "' --script '" + script + "'");
+        const std::ofstream opened(script);  // waits for the reader
+        program.send(signal);
+        program.send(signal);  // of the same closing terminal
+        std::this_thread::sleep_for(EndSignals::kSameRequest + Milliseconds{50});
+        EXPECT_TRUE(program.alive());
+        const int status = program.end(signal);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
     }
 }
 

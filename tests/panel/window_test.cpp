@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <future>
+#include <thread>
 
 #include "platform/host/screen/screen.h"
 #include "platform/host/window/window_display.h"
@@ -113,6 +115,29 @@ TEST_F(WindowTest, AClosedWindowIsToldOnce) {
     SDL_Event quit{SDL_QUIT};
     SDL_PushEvent(&quit);
     EXPECT_THAT(drain(), ElementsAre("close"));
+}
+
+TEST_F(WindowTest, AWakeEndsTheWaitInProgressOrTheNext) {
+    display->wake();
+    EXPECT_FALSE(display->wait(std::nullopt).has_value());
+    auto woken =
+        std::async(std::launch::async, [this] { return display->wait(std::chrono::seconds{100}).has_value(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds{30});
+    display->wake();
+    EXPECT_FALSE(woken.get());
+}
+
+TEST_F(WindowTest, TellsWhatAnInputMethodHasNotCommitted) {
+    const auto compose = [this](const char* text) {
+        SDL_Event made{SDL_TEXTEDITING};
+        SDL_strlcpy(made.edit.text, text, sizeof made.edit.text);
+        SDL_PushEvent(&made);
+        drain();
+        return display->takeComposed();
+    };
+    display->setTextInput(true, kAll);
+    EXPECT_EQ(compose("かな"), "かな");
+    EXPECT_EQ(compose(""), "");
 }
 
 // A click on the window pixel that shows the middle of a panel pixel means that pixel, as far as the window tells

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <signal.h>
+#include <sys/wait.h>
 
 #include <cstdio>
 #include <string>
@@ -23,10 +24,17 @@ public:
         return text;
     }
 
-    /// Ends it by that signal; its exit status as wait gives it.
+    [[nodiscard]] bool alive() const {
+        siginfo_t ended{};
+        waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT);
+        return ended.si_pid == 0;
+    }
+    void send(int signal) { kill(-pid_, signal); }
+
+    /// Ends it by that signal, or waits for its end (0); its exit status as wait gives it.
     int end(int signal) {
         if (output_ == nullptr) return -1;
-        kill(-pid_, signal);
+        send(signal);
         return pclose(std::exchange(output_, nullptr));
     }
 

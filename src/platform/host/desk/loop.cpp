@@ -1,6 +1,7 @@
 #include "platform/host/desk/loop.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "platform/host/record/json.h"
@@ -11,6 +12,7 @@ namespace host {
 namespace {
 
 constexpr int kRepaint = 23;
+constexpr int kLostDisplay = 1;  // exit status
 
 /// At this pace a press reports where the pointer is; the application spares the panel by it.
 constexpr Instant kReportInterval{100};
@@ -112,6 +114,11 @@ void Loop::input(const Input& input) {
             closed_ = true;
             stop(0);
             return;
+        case Input::Kind::Lost:
+            std::fputs("colour: the display has gone\n", stderr);
+            closed_ = true;
+            stop(kLostDisplay);
+            return;
     }
 }
 
@@ -147,13 +154,18 @@ void Loop::act(Player* player) {
     if (player != nullptr && !stopped() && player->resumeAt() <= now) player->play();
 }
 
-// Modals are cancelled, a press in progress is dropped, and an open popup takes the first tap; a program that is still
-// there after a few of each has no way back.
+// A keyboard's text counts, other modals are cancelled, a press in progress is dropped, and an open popup takes the
+// first tap; a program that is still there after a few of each has no way back.
 void Loop::leadHome() {
     constexpr int kMostTaps = 4;
     constexpr int kMostModals = 8;
+    const auto finish = [this](Modal& modal) {
+        if (const std::string composed = display_.takeComposed(); !composed.empty()) modal.text(composed);
+        modal.finish();
+        return true;
+    };
     for (int taps = 0; taps < kMostTaps && !atHome() && handler_ != nullptr; ++taps) {
-        for (int i = 0; i < kMostModals && command([](Modal& modal) { return modal.cancel(), true; }); ++i) {
+        for (int i = 0; i < kMostModals && command(finish); ++i) {
         }
         event(kPointerDown, wayBack_.x, wayBack_.y);
         event(kPointerUp, wayBack_.x, wayBack_.y);

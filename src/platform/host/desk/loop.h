@@ -72,8 +72,9 @@ public:
     /// the last 35 of its press, else 31). A move or an up without a down, and a second down, are dropped.
     void input(const Input& input);
 
-    /// Runs until stop; `player` may be null. When a person closes the display or a signal ends the program while the
-    /// application has the screen, it is first led back to the explorer, so that its picture is saved.
+    /// Runs until stop; `player` may be null. When a person closes the display, a signal ends the program or the
+    /// display goes away (told on standard error, status 1) while the application has the screen, it is first led back
+    /// to the explorer, so that its picture is saved.
     int run(Player* player);
     /// Ends run, which returns `status`; of several calls the first counts.
     void stop(int status);

@@ -5,7 +5,10 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
+#include <cstdint>
+#include <ctime>
 #include <utility>
 
 namespace host {
@@ -19,15 +22,30 @@ constexpr char kFinished = 'f';
 /// Where the handler writes. A handler, unlike signals blocked for a waiting thread, also works on the threads that
 /// libraries have started before.
 std::atomic<int> handlerPipe{-1};
+/// When the first signal came, on the steady clock; 0: not yet.
+std::atomic<std::int64_t> firstSignal{0};
 
 void send(int pipe, char what) {
     while (write(pipe, &what, 1) < 0 && errno == EINTR) {
     }
 }
 
-void handle(int) {
+std::int64_t millisecondsNow() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000 + 1;
+}
+
+void handle(int signal) {
     const int saved = errno;
-    send(handlerPipe.load(), kAsked);
+    std::int64_t first = 0;
+    if (firstSignal.compare_exchange_strong(first, millisecondsNow())) {
+        send(handlerPipe.load(), kAsked);
+    } else if (millisecondsNow() - first > EndSignals::kSameRequest.count()) {
+        // It acts when this handler returns, so that the exit status tells which signal it was.
+        std::signal(signal, SIG_DFL);
+        raise(signal);
+    }
     errno = saved;
 }
 
@@ -36,6 +54,7 @@ void handle(int) {
 EndSignals::EndSignals(std::function<void()> ask) : ask_(std::move(ask)) {
     if (pipe2(pipe_.data(), O_CLOEXEC) != 0) return;  // no descriptors left: the signals keep their plain effect
     outerPipe_ = handlerPipe.exchange(pipe_[1]);
+    firstSignal = 0;
     watcher_ = std::thread([this] { watch(); });
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         struct sigaction action {};

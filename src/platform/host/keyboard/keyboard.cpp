@@ -124,15 +124,15 @@ bool Keyboard::type(std::string_view utf8) {
 }
 
 /// The buffer has not been touched: it holds the text as it was.
-void Keyboard::cancel() { finish(); }
+void Keyboard::cancel() { closeAndTell(); }
 
 void Keyboard::confirm() {
     const std::string& text = text_.text();
     if (request_.buffer != nullptr) std::memcpy(request_.buffer, text.c_str(), text.size() + 1);
-    finish();
+    closeAndTell();
 }
 
-void Keyboard::finish() {
+void Keyboard::closeAndTell() {
     if (request_.callback == nullptr) return close(std::nullopt);
     close(Callback{"keyboard " + jsonQuoted(contentOf(request_.buffer)),
                    [callback = request_.callback, buffer = request_.buffer] { callback(buffer); }});

@@ -39,6 +39,8 @@ public:
     [[nodiscard]] std::optional<Rect> textPlace() const override { return field_.box(); }
     bool type(std::string_view utf8) override;
     void cancel() override;
+    /// As its OK key does: the text typed so far counts.
+    void finish() override { confirm(); }
 
     /// Where a key is now, by the text it types or by its name (see KeyboardKeys::rectOf).
     [[nodiscard]] std::optional<Rect> keyRect(std::string_view name) const { return keys_.rectOf(name); }
@@ -48,7 +50,7 @@ private:
     void pointAt(int type, Point at);
     void showText();
     void confirm();
-    void finish();
+    void closeAndTell();
 
     Desk desk_;
     KeyboardRequest request_;

@@ -21,6 +21,7 @@ struct Input {
         Key,    ///< `key`
         Text,   ///< `text`: committed UTF-8, typed, from an input method or pasted
         Close,  ///< the person closed the display
+        Lost,   ///< the display has gone; it shows nothing any more and every wait says so again
     };
     Kind kind = Kind::PointerMove;
     Point at{};
@@ -56,6 +57,9 @@ public:
         static_cast<void>(on);
         static_cast<void>(near);
     }
+
+    /// The text that an input method is composing, which it has not committed; forgets it. Empty where none is known.
+    virtual std::string takeComposed() { return {}; }
 };
 
 }  // namespace host

@@ -1,19 +1,24 @@
 #include "platform/host/screen/font_catalog.h"
 
+#include <fcntl.h>
 #include <fontconfig/fontconfig.h>
 #include <glib.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 namespace host {
 namespace {
 
 constexpr std::size_t kSampleCharacters = 6;
+// DejaVu and Noto first, so that most machines show the same default text.
+constexpr const char* kSans = "DejaVu Sans,Noto Sans,sans\\-serif";
 constexpr const char* kOutlinesOnly = R"(<fontconfig><selectfont><rejectfont>
     <pattern><patelt name="color"><bool>true</bool></patelt></pattern>
     <pattern><patelt name="outline"><bool>false</bool></patelt></pattern>
@@ -50,15 +55,30 @@ std::string familyName(const FcPattern* font, int index) {
     return reinterpret_cast<const char*>(name);
 }
 
-/// The family of the font that fontconfig chooses for a list of families.
-std::string bestFamily(const char* families) {
-    using Pattern = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
+using Pattern = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
+
+/// The font that fontconfig chooses for a list of families; null when there is none.
+Pattern bestFont(const char* families) {
     const Pattern wanted(FcNameParse(fontconfigText(families)), FcPatternDestroy);
     FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultNoMatch;
-    const Pattern found(FcFontMatch(nullptr, wanted.get(), &result), FcPatternDestroy);
+    return {FcFontMatch(nullptr, wanted.get(), &result), FcPatternDestroy};
+}
+
+std::string bestFamily(const char* families) {
+    const Pattern found = bestFont(families);
     return found == nullptr ? "Sans" : familyName(found.get(), 0);
+}
+
+/// A path to the default font that stays good when its file has gone, for as long as the process lives; empty when
+/// there was none.
+std::string keptFont() {
+    const Pattern found = bestFont(kSans);
+    FcChar8* file = nullptr;
+    if (found == nullptr || FcPatternGetString(found.get(), FC_FILE, 0, &file) != FcResultMatch) return {};
+    const int kept = open(reinterpret_cast<const char*>(file), O_RDONLY | O_CLOEXEC);
+    return kept < 0 ? "" : "/proc/self/fd/" + std::to_string(kept);
 }
 
 bool writes(const FcPattern* font, const std::string& language) {
@@ -105,15 +125,48 @@ std::string firstCharacters(const FcCharSet* characters, Predicate holds) {
 
 }  // namespace
 
+FontCatalog::Folders FontCatalog::readFonts() {
+    // File systems tell times apart by the kernel's ticks, a hundred a second or more.
+    constexpr std::chrono::milliseconds kTick{20};
+    const auto begin = std::filesystem::file_time_type::clock::now();
+    static std::string kept;
+    FcConfig* const config = outlinesOnly();
+    if (!kept.empty()) FcConfigAppFontAddFile(config, fontconfigText(kept.c_str()));
+    // The current one, which null stands for elsewhere, also keeps Pango from loading its own.
+    FcConfigSetCurrent(config);
+    if (kept.empty()) kept = keptFont();
+
+    Folders folders;
+    FcStrList* const names = FcConfigGetFontDirs(config);
+    while (const FcChar8* name = FcStrListNext(names)) {
+        std::error_code missing;
+        const std::filesystem::path folder = reinterpret_cast<const char*>(name);
+        const auto changed = last_write_time(folder, missing);
+        // A change so short ago may be followed by another one at the same time; none is ever at `min`.
+        const bool mayFollow = changed > begin - kTick && changed <= std::filesystem::file_time_type::clock::now();
+        folders.emplace_back(folder, mayFollow ? std::filesystem::file_time_type::min() : changed);
+    }
+    FcStrListDone(names);
+    FcConfigDestroy(config);
+    return folders;
+}
+
 FontCatalog::FontCatalog() {
-    // Once for the process, since loading takes some milliseconds. As the current one, which null stands for elsewhere,
-    // it also keeps Pango from loading its own.
-    [[maybe_unused]] static const FcBool loaded = FcConfigSetCurrent(outlinesOnly());
-    // DejaVu and Noto first, so that most machines show the same default text.
-    defaults_ = {bestFamily("DejaVu Sans,Noto Sans,sans\\-serif"), bestFamily("DejaVu Serif,Noto Serif,serif"),
+    // For the whole process, since reading takes some milliseconds.
+    static Folders read = readFonts();
+    folders_ = read;
+    if (!upToDate()) folders_ = read = readFonts();
+    defaults_ = {bestFamily(kSans), bestFamily("DejaVu Serif,Noto Serif,serif"),
                  bestFamily("DejaVu Sans Mono,Noto Sans Mono,monospace")};
     empty_ = allFonts().empty();
     if (empty_) std::fputs("colour: fontconfig finds no outline font; text will not be shown\n", stderr);
+}
+
+bool FontCatalog::upToDate() const {
+    return std::all_of(folders_.begin(), folders_.end(), [](const auto& folder) {
+        std::error_code missing;
+        return last_write_time(folder.first, missing) == folder.second;
+    });
 }
 
 std::vector<std::string> FontCatalog::familiesFor(const std::string& language) const {

@@ -1,16 +1,22 @@
 #pragma once
 
 #include <array>
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace host {
 
-/// The families of the machine's fonts, by fontconfig. Reads names only; no font is opened. Bitmap and colour
-/// fonts are left out: they have no outlines to draw in any size and colour.
+/// The families of the machine's fonts, by fontconfig. Reads names only. Bitmap and colour fonts are left out: they
+/// have no outlines to draw in any size and colour. The default font's file is kept open, so that there is one to write
+/// with when all the others have gone.
 class FontCatalog {
 public:
     FontCatalog();
+
+    /// False once fonts may have come or gone, such as by a package's upgrade: a new catalog knows them.
+    [[nodiscard]] bool upToDate() const;
 
     /// True, told once on standard error, when the machine has no font at all.
     [[nodiscard]] bool empty() const { return empty_; }
@@ -32,6 +38,11 @@ public:
     [[nodiscard]] std::string sample(const std::string& family) const;
 
 private:
+    /// That fonts have been read from, with the time of the last change then.
+    using Folders = std::vector<std::pair<std::filesystem::path, std::filesystem::file_time_type>>;
+    [[nodiscard]] static Folders readFonts();
+
+    Folders folders_;
     bool empty_;
     std::array<std::string, 3> defaults_;
 };

@@ -1,5 +1,6 @@
 #include "platform/host/screen/text.h"
 
+#include <locale.h>
 #include <pango/pangoft2.h>
 
 #include <algorithm>
@@ -76,8 +77,12 @@ Text::Text(const Device& device) : device_(device) {}
 Text::~Text() = default;
 
 void Text::warmUp() {
-    warming_ = std::async(std::launch::async, [this] {
+    // Meanwhile the window system's libraries may change the process's locale for a moment: Pango's language is asked
+    // of it before, and the thread has its own.
+    warming_ = std::async(std::launch::async, [this, language = pango_language_get_default()] {
+        uselocale(newlocale(LC_ALL_MASK, "C", nullptr));
         auto engine = std::make_unique<Engine>(device_);
+        pango_context_set_language(engine->context.get(), language);
         // Finding the default font takes longer than all the rest.
         constexpr int kAnySize = 32;
         static_cast<void>(engine->layOut("A", {.size = kAnySize}, Wrap::None).size());
@@ -90,7 +95,9 @@ std::unique_ptr<font_s> Text::open(const char* family, int size) {
     return std::make_unique<font_s>(font_s{engine().catalog.resolve(family == nullptr ? "" : family), size});
 }
 
-const char* Text::defaultFamily(int index) const { return engine().catalog.defaultFamily(index).c_str(); }
+const char* Text::defaultFamily(int index) const {
+    return named_.insert(engine().catalog.defaultFamily(index)).first->c_str();
+}
 
 void Text::draw(Screen& screen, Rect box, std::string_view utf8, const font_s& font, const TextStyle& style) {
     if (utf8.empty() || box.intersected(screen.pixels().bounds()).empty()) return;
@@ -122,7 +129,8 @@ std::vector<std::string> Text::families(const std::string& language) { return en
 std::string Text::sample(const std::string& family) { return engine().catalog.sample(family); }
 
 Text::Engine& Text::engine() const {
-    if (engine_ == nullptr) engine_ = warming_.valid() ? warming_.get() : std::make_unique<Engine>(device_);
+    if (engine_ == nullptr && warming_.valid()) engine_ = warming_.get();
+    if (engine_ == nullptr || !engine_->catalog.upToDate()) engine_ = std::make_unique<Engine>(device_);
     return *engine_;
 }
 

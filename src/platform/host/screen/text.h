@@ -3,6 +3,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,7 +33,7 @@ struct TextStyle {
 };
 
 /// Fonts of the machine, text layout and drawing. Owned by the Toolkit; the font machinery starts with the
-/// first text that is measured or drawn.
+/// first text that is measured or drawn, and anew when fonts have come or gone.
 class Text {
 public:
     explicit Text(const Device& device);
@@ -79,6 +80,7 @@ private:
     const Device& device_;
     mutable std::future<std::unique_ptr<Engine>> warming_;
     mutable std::unique_ptr<Engine> engine_;
+    mutable std::set<std::string> named_;  ///< default families whose names have been given away
 };
 
 }  // namespace host

@@ -31,6 +31,34 @@ void forEachLine(PangoLayout* layout, Visit visit) {
     while (pango_layout_iter_next_line(at.get()));
 }
 
+/// Pango ends the process over a font that cannot be opened when it is first drawn with, such as one whose file has
+/// gone or is damaged. So each is tried just before; from then on Pango holds it open.
+bool opens(PangoFont* font) {
+    static const GQuark kOpened = g_quark_from_static_string("colour-opened");
+    static const FT_Library library = [] {
+        FT_Library made = nullptr;
+        FT_Init_FreeType(&made);
+        return made;
+    }();
+    if (!PANGO_IS_FC_FONT(font) || g_object_get_qdata(G_OBJECT(font), kOpened) != nullptr) return true;
+    const FcPattern* const pattern = pango_fc_font_get_pattern(PANGO_FC_FONT(font));
+    FcChar8* file = nullptr;
+    int index = 0;
+    FT_Face face = nullptr;
+    if (FcPatternGetString(pattern, FC_FILE, 0, &file) != FcResultMatch) return false;
+    FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
+    if (FT_New_Face(library, reinterpret_cast<const char*>(file), index, &face) != 0) return false;
+    FT_Done_Face(face);
+    g_object_set_qdata(G_OBJECT(font), kOpened, font);
+    return true;
+}
+
+bool fontsOpen(const PangoLayoutLine* line) {
+    for (const GSList* each = line->runs; each != nullptr; each = each->next)
+        if (!opens(static_cast<const PangoLayoutRun*>(each->data)->item->analysis.font)) return false;
+    return true;
+}
+
 /// Pango renders coverage, of no more than can be seen: a line of large letters may be far larger than the screen.
 void drawLine(Screen& screen, PangoLayoutIter* line, Point origin, Rect visible, Rgb colour) {
     PangoRectangle ink;
@@ -40,7 +68,7 @@ void drawLine(Screen& screen, PangoLayoutIter* line, Point origin, Rect visible,
     area.x += origin.x;
     area.y += origin.y;
     area = area.intersected(visible);
-    if (area.empty()) return;
+    if (area.empty() || !fontsOpen(pango_layout_iter_get_line_readonly(line))) return;
 
     std::vector<std::uint8_t> coverage(static_cast<std::size_t>(area.w) * static_cast<std::size_t>(area.h));
     FT_Bitmap bitmap{};

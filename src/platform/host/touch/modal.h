@@ -47,6 +47,9 @@ public:
     /// As its cancel key does.
     virtual void cancel() = 0;
 
+    /// The program is about to end: closes without losing what the person has done here.
+    virtual void finish() { cancel(); }
+
     [[nodiscard]] bool closed() const { return closed_; }
     /// What to call once it has closed; nothing for a modal that does not call back.
     [[nodiscard]] std::optional<Callback> takeCallback() { return std::move(callback_); }

@@ -9,6 +9,7 @@
 
 #include "platform/host/screen/area_scaler.h"
 #include "platform/host/screen/surface.h"
+#include "platform/host/window/connection.h"
 #include "platform/host/window/window_input.h"
 #include "platform/host/window/window_view.h"
 
@@ -20,6 +21,8 @@ namespace {
 constexpr Size kFrameRoom = {16, 56};
 constexpr Size kSmallestWindow = {160, 200};
 constexpr Uint8 kBorderGrey = 0x80;
+/// How long that may wait which does not come over the window system's connection: an input method's text, a held key.
+constexpr std::chrono::milliseconds kAskingPace{20};
 
 struct CloseWindow {
     void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
@@ -47,6 +50,7 @@ public:
     ~Video() {
         if (ok_) SDL_QuitSubSystem(SDL_INIT_VIDEO);
     }
+    void abandon() { ok_ = false; }
     [[nodiscard]] bool ok() const { return ok_; }
 
 private:
@@ -55,8 +59,14 @@ private:
 
 class WindowDisplay final : public Display {
 public:
-    explicit WindowDisplay(Size panel)
-        : panel_(panel), view_(panel, panel), scaler_(panel, panel), wakeEvent_(SDL_RegisterEvents(1)) {}
+    explicit WindowDisplay(Size panel) : panel_(panel), view_(panel, panel), scaler_(panel, panel) {}
+
+    ~WindowDisplay() override {
+        if (!connection_.lost()) return;
+        // Closing what the other end has taken with it would wait for an answer for ever.
+        static_cast<void>(window_.release());
+        video_.abandon();
+    }
 
     [[nodiscard]] bool hasScreen() const { return video_.ok(); }
 
@@ -77,6 +87,7 @@ public:
         shrinkToPixels(*surface, size, inner);
         // The empty panel stands there while the rest starts.
         flush();
+        connection_.watch(window_.get());
         return true;
     }
 
@@ -95,6 +106,7 @@ public:
     }
 
     void flush() override {
+        if (connection_.lost()) return;
         if (uncovered_) {
             // Uncovering and resizing tell many times what one painting answers.
             SDL_PumpEvents();
@@ -121,28 +133,30 @@ public:
         const Clock::time_point begin = Clock::now();
         for (;;) {
             flush();
+            if (connection_.lost()) return Input{.kind = Input::Kind::Lost};
             SDL_Event event;
-            if (!timeout) {
-                if (SDL_WaitEvent(&event) == 0) return std::nullopt;
-            } else {
-                const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-                const auto left = std::clamp<std::int64_t>((*timeout - passed).count(), 0, SDL_MAX_SINT32);
-                if (SDL_WaitEventTimeout(&event, static_cast<int>(left)) == 0) return std::nullopt;
+            if (take(event)) {
+                if (event.type == SDL_WINDOWEVENT) noteWindow(event.window);
+                // A lost connection may look like a wish to quit.
+                if (event.type == SDL_QUIT && connection_.lost()) continue;
+                if (std::optional<Input> input = input_.translate(event, view_, windowSize(window_.get())))
+                    return input;
+                continue;
             }
-            if (event.type == wakeEvent_) return std::nullopt;
-            if (event.type == SDL_WINDOWEVENT) noteWindow(event.window);
-            if (std::optional<Input> input = input_.translate(event, view_, windowSize(window_.get()))) return input;
+            const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+            const bool over = timeout && passed >= *timeout;
+            std::optional<std::chrono::milliseconds> nap;
+            if (timeout) nap = over ? std::chrono::milliseconds{0} : *timeout - passed;
+            if (input_.typing() || !connection_.known()) nap = std::min(nap.value_or(kAskingPace), kAskingPace);
+            if (connection_.wait(nap) || over) return std::nullopt;
         }
     }
 
-    void wake() override {
-        SDL_Event event{};
-        event.type = wakeEvent_;
-        SDL_PushEvent(&event);
-    }
+    void wake() override { connection_.wake(); }
 
     void setTextInput(bool on, Rect near) override {
         input_.setTyping(on);
+        if (connection_.lost()) return;
         if (!on) {
             SDL_StopTextInput();
             return;
@@ -155,7 +169,19 @@ public:
         SDL_StartTextInput();
     }
 
+    std::string takeComposed() override { return input_.takeComposed(); }
+
 private:
+    // After false both SDL's queue and the library's own are empty, so that only the connection brings something new.
+    static bool take(SDL_Event& event) {
+        const auto taken = [&event] {
+            return SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0;
+        };
+        if (taken()) return true;
+        SDL_PumpEvents();
+        return taken();
+    }
+
     // On a screen whose points are several pixels the window came out that much larger than the panel.
     void shrinkToPixels(const SDL_Surface& surface, Size points, Size room) {
         if (surface.w <= points.w) return;
@@ -235,11 +261,11 @@ private:
     std::vector<std::uint8_t> row_;  ///< scaled, on its way into the window
     WindowInput input_;
     SurfacePtr staging_;  ///< for screens of another pixel format
-    Uint32 wakeEvent_;
     const Framebuffer* shown_ = nullptr;
     std::vector<Rect> dirty_;  ///< of the panel, not yet in the window
     std::vector<SDL_Rect> changed_;
     bool uncovered_ = true;
+    Connection connection_;  ///< last: it lets go of the library before the window closes
 };
 
 void setHints() {
@@ -252,6 +278,7 @@ void setHints() {
     SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");
     // An input method shows what is being composed in its own window.
     SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+    SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
 }

@@ -74,7 +74,15 @@ std::optional<Input> WindowInput::translate(const SDL_Event& event, const Window
             return finger(event.tfinger, placeOf(event.tfinger, view));
         case SDL_KEYDOWN:
             return key(event.key.keysym);
+        case SDL_TEXTEDITING:
+            composed_ = event.edit.text;
+            return std::nullopt;
+        case SDL_TEXTEDITING_EXT:
+            composed_ = event.editExt.text;
+            SDL_free(event.editExt.text);
+            return std::nullopt;
         case SDL_TEXTINPUT:
+            composed_.clear();
             return text(event.text.text);
         default:
             return std::nullopt;

@@ -3,6 +3,8 @@
 #include <SDL_events.h>
 
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "platform/host/panel/display.h"
 #include "platform/host/window/window_view.h"
@@ -23,7 +25,15 @@ public:
     [[nodiscard]] std::optional<Input> translate(const SDL_Event& event, const WindowView& view, Size window);
 
     /// Pasted text is taken only while a text is being typed.
-    void setTyping(bool on) { typing_ = on; }
+    void setTyping(bool on) {
+        typing_ = on;
+        composed_.clear();
+    }
+
+    [[nodiscard]] bool typing() const { return typing_; }
+
+    /// What an input method was composing when it last told; forgets it.
+    [[nodiscard]] std::string takeComposed() { return std::exchange(composed_, {}); }
 
 private:
     enum class Pointer { None, Mouse, Finger };
@@ -36,6 +46,7 @@ private:
     SDL_TouchID touch_ = 0;
     SDL_FingerID finger_ = 0;
     bool typing_ = false;
+    std::string composed_;
 };
 
 }  // namespace host
