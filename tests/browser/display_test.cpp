@@ -8,36 +8,33 @@
 
 using namespace host;
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using std::chrono::steady_clock;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 namespace {
 
 using Action = Peer::Action;
-using Kind = Peer::Kind;
 
 constexpr Size kSmall{101, 47};  // odd, so that padding of rows cannot hide
 constexpr Rect kLarge{0, 0, 1404, 1872};
 constexpr std::size_t kBand = 9 + 65536;
 
 TEST(BrowserPicture, IsExactlyThePanels) {
-    const std::pair<Size, PixelFormat> panels[] = {
-        {kSmall, PixelFormat::Rgb24}, {kSmall, PixelFormat::Grey8}, {kLarge.size(), PixelFormat::Rgb24}};
-    for (const auto& [size, format] : panels) {
+    for (const auto& [size, format] : {std::pair(kSmall, PixelFormat::Rgb24), std::pair(kSmall, PixelFormat::Grey8),
+                                       std::pair(kLarge.size(), PixelFormat::Rgb24)}) {
         DisplayHost display(size, format);
         display.presentNoise({0, 0, size.w, size.h});
         Peer plain(display, false);
         Peer compressed(display);
         for (Peer* const peer : {&plain, &compressed}) {
             EXPECT_LE(peer->hearPixels(size.w * size.h), kBand);
-            EXPECT_TRUE(*peer->picture == display.picture());
+            EXPECT_TRUE(*peer->picture == display.picture);
         }
         display.presentNoise({7, 3, 24, 25});
         for (Peer* const peer : {&plain, &compressed}) {
             peer->hear();
             EXPECT_EQ(peer->area, (Rect{7, 3, 24, 25}));
-            EXPECT_TRUE(*peer->picture == display.picture());
+            EXPECT_TRUE(*peer->picture == display.picture);
         }
     }
 }
@@ -53,7 +50,7 @@ TEST(BrowserPicture, ShowsInkBeforeTheRestOfAPage) {
         before += peer.area.w * peer.area.h;
         ASSERT_LT(before, kLarge.w * kLarge.h);
     }
-    while (!(*peer.picture == display.picture())) ASSERT_FALSE(peer.hear().empty());
+    while (!(*peer.picture == display.picture)) ASSERT_FALSE(peer.hear().empty());
 }
 
 TEST(BrowserPointer, StaysOnThePanelAndOthersAreTold) {
@@ -63,14 +60,14 @@ TEST(BrowserPointer, StaysOnThePanelAndOthersAreTold) {
     first.pointer(Action::Down, 3.99F, 4.0F);
     EXPECT_EQ(display.input(), "down 3,4");
     second.pointer(Action::Down, 20, 21);
-    EXPECT_EQ(second.hear(), std::string("\3\1", 2));
+    EXPECT_EQ(second.hear(), "\3\1");
     second.pointer(Action::Up, 20, 21);
     first.pointer(Action::Move, -1, 1e9F);
     EXPECT_EQ(display.input(), "move 0,46");
     boost::system::error_code ignored;
     first.socket.next_layer().close(ignored);
     EXPECT_EQ(display.input(), "up 0,46");
-    EXPECT_EQ(second.hear(), std::string("\3\0", 2));
+    EXPECT_EQ(second.hear(), "\3\0"s);
     second.pointer(Action::Down, 100.5F, 46.5F);
     EXPECT_EQ(display.input(), "down 100,46");
 }
@@ -81,17 +78,17 @@ TEST(BrowserKeyboard, IsHeardWhileTextIsTaken) {
     peer.say("\3lost");
     peer.pointer(Action::Down, 1, 1);
     EXPECT_EQ(display.input(), "down 1,1");
-    display.run([](Display& shown, Framebuffer&) { shown.setTextInput(true, {-3, 258, 30, 4}); });
-    EXPECT_EQ(peer.hear(), std::string("\4\1\xFD\xFF\2\1\x1E\0\4\0", 10));
+    display.run([](Display& shown) { shown.setTextInput(true, {-3, 258, 30, 4}); });
+    EXPECT_EQ(peer.hear(), "\4\1\xFD\xFF\2\1\x1E\0\4\0"s);
     const std::string longest(4096, 'a');  // compressed to a few bytes
     peer.say("\3" + longest);
     EXPECT_EQ(display.input(), "text " + longest);
     peer.say("\3w\xC3\xB6rld \xE6\xBC\xA2");
-    peer.say(std::string("\2\12", 2));
+    peer.say("\2\12");
     EXPECT_EQ(display.input(), "text wörld 漢");
     EXPECT_EQ(display.input(), "key " + std::to_string(static_cast<int>(Key::End)));
-    display.run([](Display& shown, Framebuffer&) { shown.setTextInput(false, {}); });
-    EXPECT_EQ(peer.hear(), std::string("\4\0\0\0\0\0\0\0\0\0", 10));
+    display.run([](Display& shown) { shown.setTextInput(false, {}); });
+    EXPECT_EQ(peer.hear(), "\4\0\0\0\0\0\0\0\0\0"s);
 }
 
 /// Somebody draws while others disturb; each of these is seen to go on at once.
@@ -125,20 +122,18 @@ protected:
 
 TEST_F(BrowserDisturbance, StrangersStayOutside) {
     const std::string upgrade =
-        "Upgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Version: 13\r\nSec-WebSocket-Key: "
-        "dGhlIHNhbXBsZSBub25jZQ==\r\n";
-    const std::string cookie = cookieOf(display_);
+        "Upgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Version: 13\r\n"
+        "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n";
+    const std::string cookie = cookieOf(display_), here = "Host: localhost\r\n";
     const std::string wrong = "Cookie: colour-" + std::to_string(display_.port) + "=" + std::string(64, '0') + "\r\n";
-    const auto panel = [&](const std::string& headers) {
+    for (const std::string& headers :
+         {here + "Origin: http://evil.example\r\n" + cookie,
+          "Host: evil.example\r\nOrigin: http://evil.example\r\n" + cookie,
+          "Host: localhost:6080\r\nOrigin: http://localhost\r\n" + cookie, here + cookie,
+          here + "Origin: http://localhost\r\n", here + "Origin: http://localhost\r\n" + wrong}) {
+        EXPECT_EQ(get(display_.port, "/panel", headers + upgrade).substr(9, 3), "403") << headers;
         drawOn();
-        return get(display_.port, "/panel", headers + upgrade).substr(9, 3);
-    };
-    EXPECT_EQ(panel("Host: localhost\r\nOrigin: http://evil.example\r\n" + cookie), "403");
-    EXPECT_EQ(panel("Host: evil.example\r\nOrigin: http://evil.example\r\n" + cookie), "403");
-    EXPECT_EQ(panel("Host: localhost:6080\r\nOrigin: http://localhost\r\n" + cookie), "403");
-    EXPECT_EQ(panel("Host: localhost\r\n" + cookie), "403");
-    EXPECT_EQ(panel("Host: localhost\r\nOrigin: http://localhost\r\n"), "403");
-    EXPECT_EQ(panel("Host: localhost\r\nOrigin: http://localhost\r\n" + wrong), "403");
+    }
 }
 
 TEST_F(BrowserDisturbance, WhoSpeaksWronglyIsSentAway) {
@@ -146,16 +141,16 @@ TEST_F(BrowserDisturbance, WhoSpeaksWronglyIsSentAway) {
     const std::string wrong[] = {"\7",
                                  "",
                                  "\1",
-                                 std::string("\2\13", 2),
-                                 std::string("\2\1\1", 3),
+                                 "\2\13",
+                                 "\2\1\1",
                                  "\3",
                                  "\3\xFF",
                                  "\3" + std::string(4097, 'a'),
-                                 std::string("\1\3\0\1\0\0\0", 7) + place,
-                                 std::string("\1\0\3\1\0\0\0", 7) + place,
-                                 std::string("\1\0\0\1\0\0\0", 7) + place + place,
-                                 std::string("\1\1\0\1\0\0\0", 7) + place + "\1",
-                                 std::string("\1\1\0\1\0\0\0\0\0\xC0\x7F", 11) + std::string(4, '\0')};
+                                 "\1\3\0\1\0\0\0"s + place,
+                                 "\1\0\3\1\0\0\0"s + place,
+                                 "\1\0\0\1\0\0\0"s + place + place,
+                                 "\1\1\0\1\0\0\0"s + place + "\1",
+                                 "\1\1\0\1\0\0\0\0\0\xC0\x7F\0\0\0\0"s};
     for (const std::string& message : wrong) {
         Peer peer(display_);
         peer.say(message);
@@ -167,7 +162,7 @@ TEST_F(BrowserDisturbance, WhoSpeaksWronglyIsSentAway) {
     inText.say("\3a");
     EXPECT_EQ(inText.hearEnd(), 1002);
     Peer tooLong(display_);
-    tooLong.say(std::string("\1\1\0\1\0\0\0", 7) + std::string(8192, '\0'));
+    tooLong.say("\1\1\0\1\0\0\0"s + std::string(8192, '\0'));
     EXPECT_EQ(tooLong.hearEnd(), 1009);
     std::mt19937 random(3);
     for (int round = 0; round < 60; ++round) {
@@ -175,8 +170,7 @@ TEST_F(BrowserDisturbance, WhoSpeaksWronglyIsSentAway) {
         for (char& byte : rubbish) byte = static_cast<char>(random());
         Peer peer(display_);
         boost::system::error_code ignored;
-        boost::asio::write(peer.socket.next_layer(), boost::asio::buffer(rubbish),
-                           ignored);  // or only a part of a frame
+        boost::asio::write(peer.socket.next_layer(), boost::asio::buffer(rubbish), ignored);  // be it part of a frame
         if (round % 2 == 0) ask(display_.port, rubbish + "\r\n\r\n");
         drawOn();
     }
@@ -190,12 +184,11 @@ TEST_F(BrowserDisturbance, IdleConnectionsLockNobodyOut) {
     boost::asio::io_context io;
     std::vector<boost::asio::ip::tcp::socket> idle;
     for (int i = 0; i < 200; ++i) {
-        idle.emplace_back(io).connect(
-            {boost::asio::ip::address_v4::loopback(), static_cast<unsigned short>(display_.port)});
+        idle.emplace_back(io).connect(serverAt(display_.port));
         if (i % 20 == 0) drawOn();
     }
     for (int i = 0; i < 40; ++i) Peer another(display_);  // more than may come at once
-    EXPECT_THAT(get(display_.port, "/icon.svg"), StartsWith("HTTP/1.1 200"));
+    EXPECT_THAT(get(display_.port, "/icon.svg"), testing::StartsWith("HTTP/1.1 200"));
 }
 
 TEST_F(BrowserDisturbance, AHangingClientIsDropped) {
