@@ -56,12 +56,7 @@ TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
     const int rows = boxes.rows, count = static_cast<int>(families.size()), lastPage = (count - 1) / rows * rows;
     const auto place = static_cast<int>(std::ranges::find(families, "Noto Serif") - families.begin());
     const Rect ok = boxes.ok, previous = boxes.previous, next = boxes.next;
-    const struct {
-        const char* font;
-        std::vector<Rect> taps;
-        int family;
-        const char* size;
-    } cases[] = {
+    const std::vector<std::tuple<const char*, std::vector<Rect>, int, const char*>> cases{
         {"DejaVu Sans,28", {row(2), boxes.sizeButtons[0], ok}, 2, ",8"},
         {"DejaVu Sans,28", {next, row(0), ok}, rows, ",28"},
         {"DejaVu Sans,28", {previous, next, row(0), ok}, 0, ",28"},
@@ -70,8 +65,7 @@ TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
          {previous, row(0), row(rows - 1), ok},
          lastPage + rows > count ? lastPage : count - 1,
          ",28"},
-        {"Noto Serif,28", {row(0), ok}, place / rows * rows, ",28"},
-    };
+        {"Noto Serif,28", {row(0), ok}, place / rows * rows, ",28"}};
     for (const auto& [font, taps, family, size] : cases)
         EXPECT_EQ(answered(font, taps), families.at(static_cast<std::size_t>(family)) + size);
     EXPECT_EQ(answered("DejaVu Serif,36", {ok}), "DejaVu Serif,36");

@@ -57,11 +57,10 @@ TEST_F(TextTest, EveryScriptHasItsLettersAndFillsTheBox) {
 
 TEST_F(TextTest, StartsOnTheSideOfItsScript) {
     const int middle = kBox.x + kBox.w / 2;
-    for (const auto& [words, align, right] :
-         {std::tuple("Latin", Align::Start, false), std::tuple("مرحبا", Align::Start, true),
-          std::tuple("שלום 123 abc", Align::Start, true), std::tuple("مرحبا", Align::End, false),
-          std::tuple("Latin", Align::End, true)})
-        EXPECT_EQ(ink(drawn(kBox, words, {align})).x > middle, right) << words;
+    for (const auto& [words, leftwards] : {std::pair("Latin", false), {"مرحبا", true}, {"שלום 123 abc", true}}) {
+        EXPECT_EQ(ink(drawn(kBox, words, {Align::Start})).x > middle, leftwards) << words;
+        EXPECT_EQ(ink(drawn(kBox, words, {Align::End})).x > middle, !leftwards) << words;
+    }
     const Rect centred = ink(drawn(kBox, "ooo", {Align::Centre}));
     EXPECT_NEAR(centred.x + centred.w / 2, middle, 2);
 }
@@ -136,12 +135,11 @@ TEST_F(TextTest, FamiliesAreFoundInAnyCaseAndUnknownOnesGiveTheDefault) {
 }
 
 TEST_F(TextTest, FamiliesThatWriteTheLanguageComeFirst) {
-    const auto place = [&](const char* language, const char* family) {
+    for (const auto& [language, first, second] :
+         {std::tuple("de", "Noto Serif", "Noto Naskh Arabic"), {"ar", "Noto Naskh Arabic", "Noto Serif"}}) {
         const std::vector<std::string> families = text.families(language);
-        return std::ranges::find(families, family) - families.begin();
-    };
-    EXPECT_LT(place("de", "Noto Serif"), place("de", "Noto Naskh Arabic"));
-    EXPECT_LT(place("ar", "Noto Naskh Arabic"), place("ar", "Noto Serif"));
+        EXPECT_LT(std::ranges::find(families, first), std::ranges::find(families, second)) << language;
+    }
 }
 
 /// Where directions meet, a step never leads back, and the bar stands where the keys' next letter would.
