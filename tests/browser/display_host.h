@@ -14,9 +14,10 @@
 #include "support/input_words.h"
 
 /// With the page of the source tree.
-inline host::BrowserSettings browserSettings() {
+inline host::BrowserSettings browserSettings(std::chrono::seconds patience = std::chrono::seconds(10)) {
     host::BrowserSettings settings;
     settings.page = COLOUR_SOURCE_DIR "/theme/browser";
+    settings.patience = patience;
     return settings;
 }
 

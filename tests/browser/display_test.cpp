@@ -57,8 +57,7 @@ TEST(BrowserPicture, ShowsInkBeforeTheRestOfAPage) {
 
 TEST(BrowserPointer, StaysOnThePanelAndOthersAreTold) {
     DisplayHost display(kSmall);
-    Peer first(display);
-    Peer second(display);
+    Peer first(display), second(display);
     first.pointer(Action::Down, 3.99F, 4.0F);
     EXPECT_EQ(display.input(), "down 3,4");
     second.pointer(Action::Down, 20, 21);
@@ -94,30 +93,23 @@ TEST(BrowserKeyboard, IsHeardWhileTextIsTaken) {
 }
 
 /// Somebody draws while others disturb; each of these is seen to go on at once.
-class BrowserDisturbance : public testing::Test {
-protected:
-    void SetUp() override {
+struct BrowserDisturbance : testing::Test {
+    BrowserDisturbance() {
         hand_.pointer(Action::Down, 0, 0);
         EXPECT_EQ(display_.input(), "down 0,0");
     }
-
-    void TearDown() override { drawOn(); }
+    ~BrowserDisturbance() override { drawOn(); }
 
     void drawOn() {
-        ++step_;
+        step_ = (step_ + 1) % kLarge.w;
         const auto start = steady_clock::now();
-        hand_.pointer(Action::Move, static_cast<float>(step_ % kLarge.w), 1);
-        EXPECT_EQ(display_.input(), "move " + std::to_string(step_ % kLarge.w) + ",1");
+        hand_.pointer(Action::Move, static_cast<float>(step_), 1);
+        EXPECT_EQ(display_.input(), "move " + std::to_string(step_) + ",1");
         EXPECT_LT(steady_clock::now() - start, 1s);
     }
 
-    static BrowserSettings impatient() {
-        BrowserSettings settings = browserSettings();
-        settings.patience = 2s;
-        return settings;
-    }
-
-    DisplayHost display_{kLarge.size(), PixelFormat::Rgb24, impatient()};
+    static constexpr auto kPatience = 2s;
+    DisplayHost display_{kLarge.size(), PixelFormat::Rgb24, browserSettings(kPatience)};
     Peer hand_{display_};
     int step_ = 0;
 };
@@ -196,7 +188,7 @@ TEST_F(BrowserDisturbance, IdleConnectionsLockNobodyOut) {
 TEST_F(BrowserDisturbance, AHangingClientIsDropped) {
     Peer hanging(display_);
     int pixels = kLarge.w * kLarge.h;
-    for (const auto start = steady_clock::now(); steady_clock::now() - start < 4 * impatient().patience;) {
+    for (const auto start = steady_clock::now(); steady_clock::now() - start < 4 * kPatience;) {
         display_.presentNoise(kLarge);
         hand_.hearPixels(std::exchange(pixels, 24 * 24));
         drawOn();
@@ -207,18 +199,11 @@ TEST_F(BrowserDisturbance, AHangingClientIsDropped) {
     EXPECT_LT(heard, long{kLarge.w} * kLarge.h) << "ends in the midst of the first picture";
 }
 
-/// Whose pointer draws, of many.
-class BrowserDrawing : public testing::Test {
-protected:
-    bool does(int client, Action action, Kind kind, std::uint32_t id, Point at) {
-        return drawing_.pointer(client, {action, kind, id, {at}}, now_);
-    }
-
-    /// What has come since the last time.
-    std::vector<std::string> inputs() {
-        std::vector<std::string> words;
-        for (const Input& input : inputs_) words.push_back(inWords(input));
-        inputs_.clear();
+struct BrowserDrawing : testing::Test {
+    /// What comes of a pointer's message, in words.
+    std::string does(int client, Action action, Kind kind, std::uint32_t id, std::vector<Point> path) {
+        std::string words = drawing_.pointer(client, {action, kind, id, std::move(path)}, now_) ? "" : "refused ";
+        for (; !inputs_.empty(); inputs_.pop_front()) words += inWords(inputs_.front()) + ' ';
         return words;
     }
 
@@ -228,42 +213,33 @@ protected:
 };
 
 TEST_F(BrowserDrawing, BelongsToWhoeverCameFirst) {
-    EXPECT_TRUE(does(1, Action::Down, Kind::Finger, 5, {1, 1}));
-    EXPECT_TRUE(does(1, Action::Down, Kind::Finger, 6, {2, 2})) << "a second finger of the same hand";
-    EXPECT_FALSE(does(2, Action::Down, Kind::Pen, 5, {3, 3}));
+    EXPECT_EQ(does(1, Action::Down, Kind::Finger, 5, {{1, 1}}), "down 1,1 ");
+    EXPECT_EQ(does(1, Action::Down, Kind::Finger, 6, {{2, 2}}), "") << "a second finger of the same hand";
+    EXPECT_EQ(does(2, Action::Down, Kind::Pen, 5, {{3, 3}}), "refused ");
     EXPECT_TRUE(drawing_.drawnByAnother(2));
-    does(2, Action::Move, Kind::Pen, 5, {4, 4});
-    does(1, Action::Up, Kind::Finger, 6, {5, 5});
+    EXPECT_EQ(does(2, Action::Move, Kind::Pen, 5, {{4, 4}}), "");
+    EXPECT_EQ(does(1, Action::Up, Kind::Finger, 6, {{5, 5}}), "");
     drawing_.leave(2);
-    EXPECT_THAT(inputs(), testing::ElementsAre("down 1,1"));
-    drawing_.pointer(1, {Action::Move, Kind::Finger, 5, {{6, 6}, {7, 7}}}, now_);
+    EXPECT_EQ(does(1, Action::Move, Kind::Finger, 5, {{6, 6}, {7, 7}}), "move 6,6 move 7,7 ");
     drawing_.leave(1);
-    EXPECT_THAT(inputs(), testing::ElementsAre("move 6,6", "move 7,7", "up 7,7"));
-    does(2, Action::Move, Kind::Pen, 5, {8, 8});
-    EXPECT_THAT(inputs(), testing::IsEmpty()) << "a press that was ignored stays so";
-    EXPECT_TRUE(does(2, Action::Down, Kind::Pen, 5, {9, 9}));
-    EXPECT_THAT(inputs(), testing::ElementsAre("down 9,9"));
+    EXPECT_EQ(does(2, Action::Move, Kind::Pen, 5, {{8, 8}}), "up 7,7 ") << "a press that was ignored stays so";
+    EXPECT_EQ(does(2, Action::Down, Kind::Pen, 5, {{9, 9}}), "down 9,9 ");
 }
 
 TEST_F(BrowserDrawing, ThePenTakesOverFromThePalm) {
-    does(1, Action::Down, Kind::Finger, 5, {1, 1});
-    does(1, Action::Move, Kind::Finger, 5, {2, 2});
-    does(1, Action::Down, Kind::Pen, 9, {3, 3});
-    does(1, Action::Move, Kind::Finger, 5, {4, 4});
-    does(1, Action::Down, Kind::Finger, 6, {5, 5});
-    does(1, Action::Up, Kind::Pen, 9, {6, 6});
-    EXPECT_THAT(inputs(), testing::ElementsAre("down 1,1", "move 2,2", "up 2,2", "down 3,3", "up 6,6"));
+    EXPECT_EQ(does(1, Action::Down, Kind::Finger, 5, {{1, 1}}), "down 1,1 ");
+    EXPECT_EQ(does(1, Action::Move, Kind::Finger, 5, {{2, 2}}), "move 2,2 ");
+    EXPECT_EQ(does(1, Action::Down, Kind::Pen, 9, {{3, 3}}), "up 2,2 down 3,3 ");
+    EXPECT_EQ(does(1, Action::Move, Kind::Finger, 5, {{4, 4}}), "");
+    EXPECT_EQ(does(1, Action::Down, Kind::Finger, 6, {{5, 5}}), "");
+    EXPECT_EQ(does(1, Action::Up, Kind::Pen, 9, {{6, 6}}), "up 6,6 ");
     now_ += 499ms;
-    EXPECT_TRUE(does(1, Action::Down, Kind::Finger, 7, {7, 7}));
-    EXPECT_THAT(inputs(), testing::IsEmpty());
-    does(2, Action::Down, Kind::Finger, 7, {8, 8});
-    does(2, Action::Up, Kind::Finger, 7, {8, 8});
-    EXPECT_THAT(inputs(), testing::ElementsAre("down 8,8", "up 8,8")) << "another hand";
+    EXPECT_EQ(does(1, Action::Down, Kind::Finger, 7, {{7, 7}}), "") << "the palm once more";
+    EXPECT_EQ(does(2, Action::Down, Kind::Finger, 7, {{8, 8}}), "down 8,8 ") << "another hand";
+    EXPECT_EQ(does(2, Action::Up, Kind::Finger, 7, {{8, 8}}), "up 8,8 ");
     now_ += 1ms;
-    does(1, Action::Down, Kind::Finger, 7, {9, 9});
-    EXPECT_THAT(inputs(), testing::ElementsAre("down 9,9"));
-    does(1, Action::Down, Kind::Mouse, 8, {1, 1});
-    EXPECT_THAT(inputs(), testing::IsEmpty());
+    EXPECT_EQ(does(1, Action::Down, Kind::Finger, 7, {{9, 9}}), "down 9,9 ");
+    EXPECT_EQ(does(1, Action::Down, Kind::Mouse, 8, {{1, 1}}), "");
 }
 
 }  // namespace

@@ -20,8 +20,7 @@ const Chromium::Window kPhone{{300, 520}, 3, true};  // again to half, with 60 p
 Point onDesktop(Point panel) { return {100 + panel.x / 2, panel.y / 2}; }
 Point onPhone(Point panel) { return {panel.x / 2, 60 + panel.y / 2}; }
 
-class BrowserPage : public testing::Test {
-protected:
+struct BrowserPage : testing::Test {
     void SetUp() override {
         if (!std::filesystem::exists(Chromium::kProgram))
             GTEST_SKIP() << "chromium is not installed: the page is not tested in a browser";
@@ -185,14 +184,14 @@ TEST_F(BrowserPage, SavesThePanelAsItIs) {
     browser_->command("Browser.setDownloadBehavior",
                       R"("behavior":"allow","downloadPath":")" + folder.path().string() + '"');
     click("#download");
-    const auto saved = [&folder] {
-        const std::filesystem::directory_iterator all(folder.path());
-        return begin(all) == end(all) ? std::string() : begin(all)->path().string();
-    };
-    ASSERT_TRUE(comesTrue([&] { return saved().ends_with(".png"); }));
-    EXPECT_THAT(saved(), testing::ContainsRegex("/colour-....-..-..-......\\.png$"));
+    std::string saved;
+    ASSERT_TRUE(comesTrue([&] {
+        for (const auto& file : std::filesystem::directory_iterator(folder.path())) saved = file.path();
+        return saved.ends_with(".png");
+    }));
+    EXPECT_THAT(saved, testing::ContainsRegex("/colour-....-..-..-......\\.png$"));
     std::string error;
-    const BitmapPtr picture = loadPicture(saved(), error);
+    const BitmapPtr picture = loadPicture(saved, error);
     ASSERT_NE(picture, nullptr) << error;
     for (int y = 0; y < 47; ++y)
         EXPECT_TRUE(std::equal(bitmapRow(*picture, y), bitmapRow(*picture, y) + 303, display.picture.at(0, y))) << y;
