@@ -13,8 +13,7 @@ namespace host {
 namespace {
 
 /// A keyboard over its screen and a hand that taps its keys.
-class KeyboardTest : public testing::Test {
-protected:
+struct KeyboardTest : testing::Test {
     static constexpr int kAtTop = 0x400;
     static constexpr int kMaxBytes = 1023;
 

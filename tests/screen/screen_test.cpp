@@ -57,9 +57,9 @@ TEST(Frame, HasTheAreaOfItsShape) {
     const auto discArea = [](double r) { return std::numbers::pi * r * r; };
     for (const int r : {1, 2, 3, 5, 8, 20, 33, 100}) {
         const Rect box{10, 10, 2 * r, 2 * r};
-        const double ring = discArea(r) - discArea(r - 1);
-        EXPECT_NEAR(inkOf({box, r, 15, kAllAndInside, r}), discArea(r), 0.01 * discArea(r)) << r;
-        EXPECT_NEAR(inkOf({box, r, 15, 15, r}), discArea(r), 0.01 * discArea(r)) << "half the box thick fills " << r;
+        const double disc = discArea(r), ring = disc - discArea(r - 1);
+        for (const int parts : {15, kAllAndInside})  // half the box thick fills it
+            EXPECT_NEAR(inkOf({box, r, 15, parts, r}), disc, 0.01 * disc) << r;
         EXPECT_NEAR(inkOf({box, 1, 15, 15, r}), ring, 0.01 * ring + 0.1) << r;
     }
     EXPECT_NEAR(inkOf({{10, 10, 128, 8}, 8, 15, kAllAndInside, 4}), 120 * 8 + discArea(4), 0.3);
@@ -71,8 +71,7 @@ TEST(Frame, HasTheAreaOfItsShape) {
 constexpr Size kSmall{13, 9};
 constexpr int kRounds = 1000;
 
-class AnyFormat : public testing::TestWithParam<PixelFormat> {
-protected:
+struct AnyFormat : testing::TestWithParam<PixelFormat> {
     std::mt19937 random{11};
     int upTo(int most) { return static_cast<int>(random() % static_cast<unsigned>(most + 1)); }
     int anyNumber() {
@@ -122,9 +121,9 @@ TEST_P(AnyFormat, NoValueIsTooLarge) {
         screen.draw(at, *bitmap);
         screen.tint(at, coverageOf(*mask), {box.y, box.x, box.h, box.w}, kBlack);
         screen.frame({box, anyNumber(), upTo(15), upTo(31), anyNumber(), kBlack});
-        const Rect all{at.x, at.y, 3, 3};
-        if (!all.intersected(screen.pixels().bounds()).empty()) continue;
-        ASSERT_EQ(*bitmap_pixels(screen.capture(all).get()), 255);
+        const Rect some{at.x, at.y, 3, 3};
+        const BitmapPtr captured = screen.capture(some);
+        ASSERT_TRUE(*bitmap_pixels(captured.get()) == 255 || !some.intersected(screen.pixels().bounds()).empty());
     }
 }
 

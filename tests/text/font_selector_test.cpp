@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstring>
 
 #include "platform/host/dialogs/font_selector_geometry.h"
@@ -71,14 +70,11 @@ TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
     EXPECT_EQ(answered("DejaVu Serif,36", {ok}), "DejaVu Serif,36");
     EXPECT_THAT(answer, testing::ElementsAre("DejaVu Serif,36", "DejaVu Serif", "36", ""));
     EXPECT_EQ(answered("DejaVu Serif,36", {row(2), boxes.cancel}), "none");
-    boxes = FontSelectorGeometry(defaultPanel(), 12);  // an unusual size has a button of its own
-    EXPECT_EQ(answered("DejaVu Sans,33", {boxes.sizeButtons[0], boxes.sizeButtons[7], ok}, 12), "DejaVu Sans,33");
-}
-
-TEST_F(FontSelectorTest, EscapeCancels) {
     open("DejaVu Sans,28");
     selector->key(Key::Escape);
     EXPECT_TRUE(selector->closed() && !selector->takeCallback());
+    boxes = FontSelectorGeometry(defaultPanel(), 12);  // an unusual size has a button of its own
+    EXPECT_EQ(answered("DejaVu Sans,33", {boxes.sizeButtons[0], boxes.sizeButtons[7], ok}, 12), "DejaVu Sans,33");
 }
 
 TEST_F(FontSelectorTest, StaysWithinItsPanelWithLargeTargetsApart) {
