@@ -75,6 +75,7 @@ TEST_F(ExplorerTest, PagesHoldTwelveTilesAndNeitherLoseNorRepeatAPicture) {
             EXPECT_EQ(tile.devicePath, "/mnt/ext1/My pictures/" + std::to_string(seen++) + ".bmp");
         if (pictures > 1) tap(first(Tile::Kind::NextPage));
     }
+    EXPECT_THAT(done_, IsEmpty());
 }
 
 TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {

@@ -163,7 +163,10 @@ TEST_F(KeyboardTest, PartsPaintedAddUpToTheWhole) {
 }
 
 TEST_F(KeyboardTest, ATapInTheFieldPlacesTheCursor) {
+    open("two one\nthree");
+    const Framebuffer other = test->screen.pixels();
     open("one two\nthree");
+    EXPECT_FALSE(test->screen.pixels() == other) << "its letters are seen";
     const Rect field = *keyboard->textPlace();
     tapAt({field.x + 2, field.y + 20});
     tap("a");
