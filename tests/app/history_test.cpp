@@ -13,7 +13,6 @@ constexpr std::size_t kPageBytes = 1404U * 1764U * 3U;
 
 struct History : testing::Test {
     History() { app.create(); }
-
     void change(int step) { app.tap(200 + 50 * (step / 30), 200 + 50 * (step % 30)); }
     void undo() { app.tap(1078, 50); }
     void redo() { app.tap(1171, 50); }

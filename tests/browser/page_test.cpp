@@ -1,9 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <functional>
-#include <optional>
 #include <thread>
 
 #include "browser/chromium.h"
@@ -24,10 +20,10 @@ const Chromium::Window kPhone{{300, 520}, 3, true};  // again to half, with 60 p
 Point onDesktop(Point panel) { return {100 + panel.x / 2, panel.y / 2}; }
 Point onPhone(Point panel) { return {panel.x / 2, 60 + panel.y / 2}; }
 
-class BrowserPage : public testing::Test {
-protected:
+struct BrowserPage : testing::Test {
     void SetUp() override {
-        if (!Chromium::installed()) GTEST_SKIP() << "chromium is not installed: the page is not tested in a browser";
+        if (!std::filesystem::exists(Chromium::kProgram))
+            GTEST_SKIP() << "chromium is not installed: the page is not tested in a browser";
         browser_.emplace();
     }
 
@@ -72,7 +68,7 @@ protected:
     }
 
     static void setTyping(DisplayHost& display, bool on) {
-        display.run([on](Display& shown, Framebuffer&) { shown.setTextInput(on, {10, 400, 300, 100}); });
+        display.run([on](Display& shown) { shown.setTextInput(on, {10, 400, 300, 100}); });
     }
 
     std::optional<Chromium> browser_;
@@ -80,9 +76,9 @@ protected:
 
 TEST_F(BrowserPage, ShowsThePanelAndSendsMouseAndPen) {
     DisplayHost display(kPanel);
-    display.run([](Display& shown, Framebuffer& picture) {
-        for (int x = 100; x < 200; ++x) picture.at(x, 400)[0] = picture.at(x, 401)[0] = 0;
-        shown.present(picture, {100, 400, 100, 2});
+    display.run([&display](Display& shown) {
+        for (int x = 100; x < 200; ++x) display.picture.at(x, 400)[0] = display.picture.at(x, 401)[0] = 0;
+        shown.present(display.picture, {100, 400, 100, 2});
     });
     open(display.address);
     EXPECT_EQ(browser_->evaluate("document.documentElement.scrollHeight + ' ' + innerHeight"), "400 400");
@@ -100,8 +96,8 @@ TEST_F(BrowserPage, ShowsThePanelAndSendsMouseAndPen) {
 TEST_F(BrowserPage, SendsFingersOfAPhoneAndShowsItsKeyboardOnlyWhenAsked) {
     DisplayHost display(kPanel);
     open(display.address, kPhone);
-    browser_->touch("touchStart", {onPhone({100, 100})});
-    browser_->touch("touchMove", {onPhone({300, 200})});
+    browser_->touch("touchStart", onPhone({100, 100}));
+    browser_->touch("touchMove", onPhone({300, 200}));
     browser_->mouse("mousePressed", onPhone({500, 500}), "pen");
     browser_->mouse("mouseReleased", onPhone({500, 500}), "pen");
     expectInputs(display, {"down 100,100", "move 300,200", "up 300,200", "down 500,500", "up 500,500"});
@@ -116,10 +112,8 @@ TEST_F(BrowserPage, KeepsThinLinesVisibleAtEveryScale) {
     constexpr Size kLarge{1404, 1872};
     constexpr int kStep = 26;  // the lines fall on device pixels in many ways
     DisplayHost display(kLarge);
-    display.run([&](Display& shown, Framebuffer& picture) {
-        for (int y = kStep; y < kLarge.h; y += kStep) std::fill_n(picture.at(0, y), kLarge.w * 3, std::uint8_t{0});
-        shown.present(picture, {0, 0, kLarge.w, kLarge.h});
-    });
+    for (int y = kStep; y < kLarge.h; y += kStep) std::fill_n(display.picture.at(0, y), kLarge.w * 3, std::uint8_t{0});
+    display.run([&](Display& shown) { shown.present(display.picture, {0, 0, kLarge.w, kLarge.h}); });
     for (const Chromium::Window& window :
          {Chromium::Window{{1366, 768}}, {{1366, 768}, 1.5}, {{390, 844}, 3, true}, {{1024, 1366}, 2, true}}) {
         open(display.address, window);
@@ -132,13 +126,13 @@ TEST_F(BrowserPage, KeepsThinLinesVisibleAtEveryScale) {
                 value = std::min<int>(value, bitmapRow(*picture, y)[picture->width / 2 * 3]);
             return value;
         };
-        const auto linesAreDarkerThan = [&](int limit) {
+        const auto linesAreSeen = [&] {
             picture = browser_->screenshot();
-            bool all = true;
-            for (int y = kStep; y < kLarge.h; y += kStep) all = all && darkest(y - 1, y + 2) < limit;
-            return all;
+            int palest = 0;
+            for (int y = kStep; y < kLarge.h; y += kStep) palest = std::max(palest, darkest(y - 1, y + 2));
+            return palest < 0xA0;
         };
-        EXPECT_TRUE(comesTrue([&] { return linesAreDarkerThan(0xA0); })) << window.size.w << " at " << window.ratio;
+        EXPECT_TRUE(comesTrue(linesAreSeen)) << window.size.w << " at " << window.ratio;
         EXPECT_EQ(darkest(kStep + 5, 2 * kStep - 5), 0xFF) << "nothing is blurred";
     }
 }
@@ -190,17 +184,17 @@ TEST_F(BrowserPage, SavesThePanelAsItIs) {
     browser_->command("Browser.setDownloadBehavior",
                       R"("behavior":"allow","downloadPath":")" + folder.path().string() + '"');
     click("#download");
-    const auto saved = [&folder] {
-        const std::filesystem::directory_iterator all(folder.path());
-        return begin(all) == end(all) ? std::string() : begin(all)->path().string();
-    };
-    ASSERT_TRUE(comesTrue([&] { return saved().ends_with(".png"); }));
-    EXPECT_THAT(saved(), testing::ContainsRegex("/colour-....-..-..-......\\.png$"));
+    std::string saved;
+    ASSERT_TRUE(comesTrue([&] {
+        for (const auto& file : std::filesystem::directory_iterator(folder.path())) saved = file.path();
+        return saved.ends_with(".png");
+    }));
+    EXPECT_THAT(saved, testing::ContainsRegex("/colour-....-..-..-......\\.png$"));
     std::string error;
-    const BitmapPtr picture = loadPicture(saved(), error);
+    const BitmapPtr picture = loadPicture(saved, error);
     ASSERT_NE(picture, nullptr) << error;
     for (int y = 0; y < 47; ++y)
-        EXPECT_TRUE(std::equal(bitmapRow(*picture, y), bitmapRow(*picture, y) + 303, display.picture().at(0, y))) << y;
+        EXPECT_TRUE(std::equal(bitmapRow(*picture, y), bitmapRow(*picture, y) + 303, display.picture.at(0, y))) << y;
 }
 
 TEST_F(BrowserPage, TellsThatAnotherIsDrawing) {
@@ -255,10 +249,6 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     constexpr Point kBack{32, 28};
     static constexpr Point kColour{98, 26};
     const TemporaryFolder storage;
-    const auto pictures = [&storage] {
-        const std::filesystem::directory_iterator all(storage.path() / "My pictures");
-        return std::distance(begin(all), end(all));
-    };
     std::optional<Process> program;
     const auto run = [&](const std::string& options) {
         program.emplace("env XDG_STATE_HOME='" + storage.path().string() +
@@ -278,10 +268,8 @@ TEST_F(BrowserPage, APictureIsMadeDrawnAndSavedAndFoundByTheNextRun) {
     stroke(points);
     const auto inked = [this] { return (pixel({300, 400}) & 0xFF8080) == 0xFF0000; };
     EXPECT_TRUE(comesTrue(inked)) << "red ink";
-    EXPECT_EQ(pictures(), 0);
     stroke({kBack});
     EXPECT_TRUE(comesTrue(exploring));
-    EXPECT_EQ(pictures(), 1);
 
     EXPECT_EQ(program->end(SIGTERM), 0);
     EXPECT_TRUE(says("Colour has ended"));

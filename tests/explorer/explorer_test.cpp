@@ -2,10 +2,6 @@
 #include "platform/host/explorer/explorer.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
 
 #include "files/scratch.h"
 #include "platform/host/files/picture_file.h"
@@ -85,8 +81,7 @@ TEST_F(ExplorerTest, PagesHoldTwelveTilesAndNeitherLoseNorRepeatAPicture) {
 TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {
     addPicture("a.bmp", 1);
     explorer_.show();
-    const Point create = centre(first(Tile::Kind::NewPicture));
-    const Point picture = centre(first(Tile::Kind::Picture));
+    const Point create = centre(first(Tile::Kind::NewPicture)), picture = centre(first(Tile::Kind::Picture));
     events({{kPointerUp, create}});
     events({{kPointerDown, {0, 0}}, {kPointerUp, picture}});
     events({{kPointerDown, picture}, {kPointerUp, create}});

@@ -5,6 +5,7 @@
 #include <functional>
 #include <sstream>
 
+#include "platform/host/keyboard/keyboard_text.h"
 #include "platform/host/touch/pointer_event.h"
 #include "support/test_desk.h"
 
@@ -12,8 +13,7 @@ namespace host {
 namespace {
 
 /// A keyboard over its screen and a hand that taps its keys.
-class KeyboardTest : public testing::Test {
-protected:
+struct KeyboardTest : testing::Test {
     static constexpr int kAtTop = 0x400;
     static constexpr int kMaxBytes = 1023;
 
@@ -21,24 +21,17 @@ protected:
         buffer = text;
         buffer.resize(2048);
         calledBack = nullptr;
-        keyboard = std::make_unique<Keyboard>(
-            test->desk, KeyboardRequest{"@TextDirection", buffer.data(), maxBytes, flags, remember});
+        const KeyboardRequest request{"@TextDirection", buffer.data(), maxBytes, flags, remember};
+        keyboard = std::make_unique<Keyboard>(test->desk, request);
         keyboard->paint();
-        areas().clear();
+        test->display.areas.clear();
     }
-    void on(const Device& device, const std::string& language = "en") {
-        test = std::make_unique<TestDesk>(device, language);
-    }
-    std::vector<Rect>& areas() { return test->display.areas; }
+    void on(const Device& device, const std::string& language = "en") { test.emplace(device, language); }
 
-    [[nodiscard]] Rect key(const std::string& name) const {
-        const auto rect = keyboard->keyRect(name);
-        EXPECT_TRUE(rect.has_value()) << name;
-        return rect.value_or(Rect{});
-    }
     void send(int type, const std::string& name) {
-        const Rect rect = key(name);
-        keyboard->pointer(type, {rect.x + rect.w / 2, rect.y + rect.h / 2});
+        const std::optional<Rect> key = keyboard->keyRect(name);
+        ASSERT_TRUE(key.has_value()) << name;
+        keyboard->pointer(type, {key->x + key->w / 2, key->y + key->h / 2});
     }
     void tapAt(Point at) {
         keyboard->pointer(kPointerDown, at);
@@ -72,7 +65,7 @@ protected:
     }
 
     std::string buffer;
-    std::unique_ptr<TestDesk> test = std::make_unique<TestDesk>();
+    std::optional<TestDesk> test{std::in_place};
     std::unique_ptr<Keyboard> keyboard;
     std::string entry;
 
@@ -116,9 +109,8 @@ TEST_F(KeyboardTest, APhysicalKeyboardEdits) {
 }
 
 TEST_F(KeyboardTest, CancelLeavesTheBufferAndCallsBack) {
-    const std::function<void()> ways[] = {[&] { tap("cancel"); }, [&] { press({Key::Escape}); },
-                                          [&] { keyboard->cancel(); }};
-    for (const auto& cancel : ways) {
+    for (const auto& cancel : std::initializer_list<std::function<void()>>{
+             [&] { tap("cancel"); }, [&] { press({Key::Escape}); }, [&] { keyboard->cancel(); }}) {
         open("before");
         tap("clear x");
         EXPECT_STREQ(buffer.c_str(), "before");
@@ -132,11 +124,10 @@ TEST_F(KeyboardTest, NeverWritesBeyondTheLimit) {
     const std::string acutes = "e\u0301e\u0301e\u0301";
     for (const int limit : {0, 1, 2, 3, 4, 5, 6, 8}) {
         open("", limit);
-        const auto beyond = static_cast<std::size_t>(limit) + 1;
-        buffer[beyond] = '#';
+        char& beyond = buffer.at(static_cast<std::size_t>(limit) + 1) = '#';
         keyboard->text(acutes);
         EXPECT_EQ(confirm(), acutes.substr(0, static_cast<std::size_t>(limit / 3) * 3));
-        EXPECT_EQ(buffer[beyond], '#');
+        EXPECT_EQ(beyond, '#');
     }
     open("before", 7);
     EXPECT_TRUE(keyboard->type("größer"));
@@ -148,7 +139,7 @@ TEST_F(KeyboardTest, ActsOnlyOnAPressThatBeganAndEndedOnOneKey) {
     for (const char* name : {"ok", "cancel", "clear", "backspace", "q"}) send(kPointerUp, name);
     send(kPointerMove, "w");
     send(kPointerUp, "w");
-    EXPECT_TRUE(areas().empty());
+    EXPECT_TRUE(test->display.areas.empty());
     send(kPointerDown, "q");
     send(kPointerMove, "w");
     send(kPointerUp, "w");
@@ -172,7 +163,10 @@ TEST_F(KeyboardTest, PartsPaintedAddUpToTheWhole) {
 }
 
 TEST_F(KeyboardTest, ATapInTheFieldPlacesTheCursor) {
+    open("two one\nthree");
+    const Framebuffer other = test->screen.pixels();
     open("one two\nthree");
+    EXPECT_FALSE(test->screen.pixels() == other) << "its letters are seen";
     const Rect field = *keyboard->textPlace();
     tapAt({field.x + 2, field.y + 20});
     tap("a");
@@ -194,8 +188,7 @@ TEST_F(KeyboardTest, TheFieldFollowsTheCursorByWholeLines) {
         return text.at(text.find('x') + 1) - '0';
     };
     const int hidden = firstInSight("");
-    EXPECT_GT(hidden, 2);
-    EXPECT_LT(hidden, 9);
+    EXPECT_TRUE(hidden > 2 && hidden < 9) << hidden;
     EXPECT_EQ(firstInSight("up up"), hidden) << "those are in sight already";
     EXPECT_EQ(firstInSight("up up up up up up up up"), 1);
     EXPECT_EQ(firstInSight("backspace backspace backspace backspace"), hidden - 2) << "no rows stay empty below";
@@ -204,25 +197,50 @@ TEST_F(KeyboardTest, TheFieldFollowsTheCursorByWholeLines) {
 TEST_F(KeyboardTest, LiesAtTheEdgeAskedForWithLargeKeysApart) {
     const char* names[] = {"q",    "shift", "page", "language", "space", "backspace", "return", "left",
                            "down", "clear", "ok",   "cancel",   "й",     "ъ",         "ю"};
-    const Device landscape{.width = 800, .height = 600, .dpi = 167};
-    for (const Device& device : {defaultPanel(), smallGreyPanel(), landscape}) {
+    for (const Device& device : {defaultPanel(), smallGreyPanel(), Device{.width = 800, .height = 600, .dpi = 167}}) {
         for (const char* language : {"en", "ru"}) {
             on(device, language);
             open("", kMaxBytes, kAtTop);
             EXPECT_EQ(keyboard->area().y, 0);
             open();
-            EXPECT_EQ(keyboard->area().bottom(), device.height);
-            EXPECT_EQ(keyboard->area().w, device.width);
-            EXPECT_LE(keyboard->area().h, device.height * (device.height > device.width ? 45 : 100) / 100);
+            const Rect area = keyboard->area();
+            const int highest = device.height * (device.height > device.width ? 45 : 100) / 100;
+            EXPECT_TRUE(area.bottom() == device.height && area.w == device.width && area.h <= highest);
             std::vector<Rect> boxes;
             for (const char* name : names)
                 if (const auto box = keyboard->keyRect(name)) boxes.push_back(*box);
             for (const Rect& box : boxes) {
                 EXPECT_GE(box.h * 25.4, 8.0 * device.dpi);
-                EXPECT_EQ(box.intersected(keyboard->area()), box);
+                EXPECT_EQ(box.intersected(area), box);
                 const auto overlapping = [&box](const Rect& other) { return !box.intersected(other).empty(); };
                 EXPECT_EQ(std::count_if(boxes.begin(), boxes.end(), overlapping), 1);
             }
+        }
+    }
+}
+
+/// Each is one character to a reader, however many codes it is made of.
+TEST(KeyboardText, KeepsACharacterWhole) {
+    for (const std::string character : {"a", "ü", "e\u0301", "a\u0302\u0323", "नि", "\u1112\u1161\u11AB", "🇩🇪",
+                                        "👨‍👩‍👧‍👦", "👍🏽", "1\uFE0F\u20E3", "\n"}) {
+        SCOPED_TRACE(character);
+        KeyboardText text("x" + character + character, 1023);
+        text.eraseBefore();
+        EXPECT_EQ(text.text(), "x" + character);
+        for (std::size_t inside = 1; inside <= character.size(); ++inside) {
+            text.moveTo(inside);
+            EXPECT_EQ(text.cursor(), 1U);
+        }
+        text.eraseAfter();
+        EXPECT_EQ(text.text(), "x");
+
+        for (std::size_t limit = 0; limit < 3 * character.size(); ++limit) {
+            KeyboardText typed("", limit);
+            typed.insert(character + character + character);
+            EXPECT_EQ(typed.text().size(), limit / character.size() * character.size());
+            KeyboardText replaced("", limit);
+            replaced.set(character + character + character);
+            EXPECT_EQ(replaced.text(), typed.text());
         }
     }
 }

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <memory>
-#include <ranges>
 #include <sstream>
 
 #include "platform/host/screen/bitmap_record.h"
@@ -14,9 +12,9 @@ namespace {
 
 using host::Device;
 using host::Theme;
-using ::testing::MatchesRegex;
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
+using namespace testing;
+using internal::CaptureStderr;
+using internal::GetCapturedStderr;
 
 const std::filesystem::path kTheme = std::filesystem::path(COLOUR_SOURCE_DIR) / "theme";
 
@@ -26,21 +24,19 @@ std::vector<int> bytesOf(const bitmap_s& bitmap) {
 }
 
 void expectIcon(Theme& theme, const std::string& name, host::Size size, int depth) {
-    const auto picture = theme.picture(name);
-    ASSERT_NE(picture, nullptr) << name;
-    EXPECT_EQ((host::Size{picture->width, picture->height}), size) << name;
-    EXPECT_EQ(picture->depth, depth) << name;
+    SCOPED_TRACE(name);
+    const std::string inverted = name == "trash" ? "ps_trash_inv" : name + "_inv";
+    const auto picture = theme.picture(name), inverse = theme.picture(inverted);
+    ASSERT_TRUE(picture != nullptr && inverse != nullptr);
+    EXPECT_TRUE(theme.picture(name) == picture && theme.picture(inverted) == inverse) << "shared";
+    EXPECT_EQ((host::Size{picture->width, picture->height}), size);
+    EXPECT_EQ(picture->depth, depth);
     std::vector<int> bytes = bytesOf(*picture);
     const auto [least, most] = std::ranges::minmax(bytes);
-    EXPECT_LT(least, most) << name << " is blank";
-
-    const std::string inverted = name == "trash" ? "ps_trash_inv" : name + "_inv";
-    const auto inverse = theme.picture(inverted);
-    ASSERT_NE(inverse, nullptr) << name;
-    EXPECT_TRUE(theme.picture(name) == picture && theme.picture(inverted) == inverse) << "shared";
+    EXPECT_LT(least, most) << "blank";
     for (std::size_t i = 0; i < bytes.size(); ++i)
         if (depth == 8 || i % 4 != 3) bytes[i] = 255 - bytes[i];  // transparency stays
-    EXPECT_EQ(bytesOf(*inverse), bytes) << name;
+    EXPECT_EQ(bytesOf(*inverse), bytes);
 }
 
 TEST(Theme, DrawsEveryIconAndItsInverseInTheSizeOfItsPlaceOnEveryPanel) {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <numbers>
@@ -29,8 +28,7 @@ double apart(PointD a, PointD b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
 /// The pieces of a run, all from one calculation.
 std::vector<Piece> piecesOf(const Points& run) {
-    std::vector<CubicSpline> x(run.size() - 1);
-    std::vector<CubicSpline> y(run.size() - 1);
+    std::vector<CubicSpline> x(run.size() - 1), y(run.size() - 1);
     calculateSplines(run, x, y);
     std::vector<Piece> pieces;
     for (std::size_t i = 0; i < x.size(); ++i) pieces.push_back({x[i], y[i]});
@@ -41,11 +39,10 @@ std::vector<Piece> piecesOf(const Points& run) {
 /// after, of which only three are known when it is drawn; the last three pieces come when the pen lifts.
 std::vector<Piece> drawnPieces(const Points& points) {
     std::vector<Piece> pieces;
-    for (std::ptrdiff_t i = 0; i + 1 < std::ssize(points); ++i) {
-        const std::ptrdiff_t first = std::max<std::ptrdiff_t>(i - 5, 0);
-        const std::ptrdiff_t beyond = std::min(i + 4, std::ssize(points));
-        const Points run(points.begin() + first, points.begin() + beyond);
-        pieces.push_back(piecesOf(run)[static_cast<std::size_t>(i - first)]);
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        const std::size_t before = std::min<std::size_t>(i, 5);
+        const PointD* const first = &points[i - before];
+        pieces.push_back(piecesOf({first, first + std::min(before + 4, points.size() - (i - before))})[before]);
     }
     return pieces;
 }
@@ -74,25 +71,6 @@ std::vector<Points> wildRuns() {
     return runs;
 }
 
-TEST(Splines, PassThroughEveryPointWithoutAKinkAndAreNaturalAtBothEnds) {
-    for (const Points& run : wildRuns()) {
-        Piece before{};
-        const PointD* point = run.data();
-        for (const Piece& piece : piecesOf(run)) {
-            const auto& [x, y] = piece;
-            ASSERT_NEAR(apart(pointAt(piece, 0), *point), 0, 1e-9);
-            ASSERT_NEAR(x.length, apart(point[0], point[1]), 1e-9);
-            ASSERT_NEAR(apart(pointAt(piece, x.length), *++point), 0, 1e-9);
-            if (x.length == 0) continue;
-            const bool first = before.x.length == 0;
-            ASSERT_NEAR(first ? x.c : x.b - directionAt(before.x, before.x.length), 0, 1e-7);
-            ASSERT_NEAR(first ? y.c : y.b - directionAt(before.y, before.y.length), 0, 1e-7);
-            before = piece;
-        }
-        for (const CubicSpline& s : {before.x, before.y}) ASSERT_NEAR(2 * s.c + 6 * s.d * s.length, 0, 1e-7);
-    }
-}
-
 /// Whether the curve meets itself, at an s and a t with b + c (s + t) + d (s² + st + t²) = 0 in x and in y.
 bool loops(const Piece& piece) {
     const auto& [x, y] = piece;
@@ -103,21 +81,35 @@ bool loops(const Piece& piece) {
     return distance > 1e-6 && sum - distance > 0 && sum + distance < 2 * x.length;
 }
 
-TEST(Splines, NeitherLoopNorLeaveTheChordByAQuarter) {
+/// How far a point is from the straight line between two others.
+double fromChord(PointD at, PointD from, PointD to) {
+    const PointD chord{to.x - from.x, to.y - from.y};
+    const double share =
+        ((at.x - from.x) * chord.x + (at.y - from.y) * chord.y) / (chord.x * chord.x + chord.y * chord.y);
+    const double near = std::clamp(share, 0.0, 1.0);
+    return apart(at, {from.x + near * chord.x, from.y + near * chord.y});
+}
+
+TEST(Splines, PassThroughEveryPointWithoutKinkLoopOrBulgeAndAreNaturalAtBothEnds) {
     for (const Points& run : wildRuns()) {
+        Piece before{};
         const PointD* point = run.data();
         for (const Piece& piece : piecesOf(run)) {
-            const PointD from = *point++;
-            const PointD chord{point->x - from.x, point->y - from.y};
-            const double length = piece.x.length;
+            const auto& [x, y] = piece;
+            const PointD from = *point++, to = *point;
+            ASSERT_NEAR(apart(pointAt(piece, 0), from), 0, 1e-9);
+            ASSERT_NEAR(x.length, apart(from, to), 1e-9);
+            ASSERT_NEAR(apart(pointAt(piece, x.length), to), 0, 1e-9);
+            if (x.length == 0) continue;
+            const bool first = before.x.length == 0;
+            ASSERT_NEAR(first ? x.c : x.b - directionAt(before.x, before.x.length), 0, 1e-7);
+            ASSERT_NEAR(first ? y.c : y.b - directionAt(before.y, before.y.length), 0, 1e-7);
             ASSERT_FALSE(loops(piece));
-            for (int k = 0; k <= 40 && length > 0; ++k) {
-                const PointD at = pointAt(piece, length * k / 40);
-                const double share = ((at.x - from.x) * chord.x + (at.y - from.y) * chord.y) / (length * length);
-                const double near = std::clamp(share, 0.0, 1.0);
-                ASSERT_LE(apart(at, {from.x + near * chord.x, from.y + near * chord.y}), length / 4 + 1e-9);
-            }
+            for (int k = 1; k < 40; ++k)
+                ASSERT_LE(fromChord(pointAt(piece, x.length * k / 40), from, to), x.length / 4 + 1e-9);
+            before = piece;
         }
+        for (const CubicSpline& s : {before.x, before.y}) ASSERT_NEAR(2 * s.c + 6 * s.d * s.length, 0, 1e-7);
     }
 }
 
@@ -131,8 +123,7 @@ TEST(Splines, AreSmoothOnEvenPoints) {
 constexpr Size kSheet{700, 700};
 
 Rect ink(Screen& screen, const Piece& piece, int width, Rgb colour = kBlack) {
-    constexpr int kResolution = 100;
-    return screen.ink(piece.x, piece.y, kResolution, colour, width);
+    return screen.ink(piece.x, piece.y, /*resolution=*/100, colour, width);
 }
 
 /// How far each pixel of the sheet lies from the curve, as far as within that reach of it.
@@ -205,17 +196,16 @@ TEST(Ink, SharpTurnsMatchTheWholeStroke) {
 TEST(Ink, IsForgottenWhereAnythingElseIsDrawn) {
     const Piece piece = piecesOf({{20.5, 30}, {80.5, 30}})[0];
     const Rect area{40, 20, 30, 30};
+    const Point corner{area.x, area.y};
     const BitmapPtr white = Screen(area.size(), PixelFormat::Rgb24).capture({0, 0, 30, 30});
     const std::vector<std::uint8_t> mask(900, 255);
     const std::function<void(Screen&)> primitives[] = {
         [&](Screen& screen) { ink(screen, piece, 30, kWhite); },
         [&](Screen& screen) { screen.fill(area, kWhite); },
-        [&](Screen& screen) {
-            screen.draw({40, 20}, *white);
-        },
+        [&](Screen& screen) { screen.draw(corner, *white); },
         [&](Screen& screen) { screen.frame({.box = area, .thickness = 15, .radius = 0, .colour = kWhite}); },
         [&](Screen& screen) {
-            screen.tint({40, 20}, {mask.data(), 30, area.size()}, area, kWhite);
+            screen.tint(corner, Coverage{mask.data(), 30, area.size()}, area, kWhite);
         },
         [&](Screen& screen) { screen.clear(); }};
     for (const auto& primitive : primitives) {

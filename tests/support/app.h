@@ -36,9 +36,12 @@ public:
     void down(int x, int y) { event(EventType::PointerDown, x, y); }
     void move(int x, int y) { event(EventType::PointerMove, x, y); }
     void up(int x, int y) { event(EventType::PointerUp, x, y); }
-    void tap(int x, int y) {
-        down(x, y);
-        up(x, y);
+    void tap(int x, int y) { drag({{x, y}, {x, y}}); }
+    /// Goes down at the first point, and up at the last one.
+    void drag(std::vector<host::Point> points) {
+        down(points.front().x, points.front().y);
+        for (std::size_t i = 1; i + 1 < points.size(); ++i) move(points[i].x, points[i].y);
+        up(points.back().x, points.back().y);
     }
 
     /// Writes the text of the open keyboard and presses OK.

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstring>
 
 #include "platform/host/dialogs/font_selector_geometry.h"
@@ -56,12 +55,7 @@ TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
     const int rows = boxes.rows, count = static_cast<int>(families.size()), lastPage = (count - 1) / rows * rows;
     const auto place = static_cast<int>(std::ranges::find(families, "Noto Serif") - families.begin());
     const Rect ok = boxes.ok, previous = boxes.previous, next = boxes.next;
-    const struct {
-        const char* font;
-        std::vector<Rect> taps;
-        int family;
-        const char* size;
-    } cases[] = {
+    const std::vector<std::tuple<const char*, std::vector<Rect>, int, const char*>> cases{
         {"DejaVu Sans,28", {row(2), boxes.sizeButtons[0], ok}, 2, ",8"},
         {"DejaVu Sans,28", {next, row(0), ok}, rows, ",28"},
         {"DejaVu Sans,28", {previous, next, row(0), ok}, 0, ",28"},
@@ -70,21 +64,17 @@ TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
          {previous, row(0), row(rows - 1), ok},
          lastPage + rows > count ? lastPage : count - 1,
          ",28"},
-        {"Noto Serif,28", {row(0), ok}, place / rows * rows, ",28"},
-    };
+        {"Noto Serif,28", {row(0), ok}, place / rows * rows, ",28"}};
     for (const auto& [font, taps, family, size] : cases)
         EXPECT_EQ(answered(font, taps), families.at(static_cast<std::size_t>(family)) + size);
     EXPECT_EQ(answered("DejaVu Serif,36", {ok}), "DejaVu Serif,36");
     EXPECT_THAT(answer, testing::ElementsAre("DejaVu Serif,36", "DejaVu Serif", "36", ""));
     EXPECT_EQ(answered("DejaVu Serif,36", {row(2), boxes.cancel}), "none");
-    boxes = FontSelectorGeometry(defaultPanel(), 12);  // an unusual size has a button of its own
-    EXPECT_EQ(answered("DejaVu Sans,33", {boxes.sizeButtons[0], boxes.sizeButtons[7], ok}, 12), "DejaVu Sans,33");
-}
-
-TEST_F(FontSelectorTest, EscapeCancels) {
     open("DejaVu Sans,28");
     selector->key(Key::Escape);
     EXPECT_TRUE(selector->closed() && !selector->takeCallback());
+    boxes = FontSelectorGeometry(defaultPanel(), 12);  // an unusual size has a button of its own
+    EXPECT_EQ(answered("DejaVu Sans,33", {boxes.sizeButtons[0], boxes.sizeButtons[7], ok}, 12), "DejaVu Sans,33");
 }
 
 TEST_F(FontSelectorTest, StaysWithinItsPanelWithLargeTargetsApart) {
