@@ -11,7 +11,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     if (size > 30 && bytes[0] == 'B' && bytes[30] != 0 && (bytes[19] > 1 || bytes[23] > 1)) return 0;
     static const TemporaryFolder folder;
     std::string error;
-    host::BitmapPtr picture = host::loadPicture(folder.write("any", FuzzInput(bytes, size).rest), error);
+    const auto file = folder.write("any", FuzzInput(bytes, size).rest);
+    host::BitmapPtr picture = host::readPicture(file, host::Formats::All, error).bitmap;
     assert((picture == nullptr) == !error.empty() && error.find('\n') == std::string::npos);
     if (picture == nullptr) return 0;
     if (picture->width < 8 && picture->height < 8) {
