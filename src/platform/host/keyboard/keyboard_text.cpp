@@ -86,7 +86,8 @@ void KeyboardText::moveToLineStart() {
     cursor_ = lineEnd == std::string::npos ? 0 : lineEnd + 1;
 }
 
-void KeyboardText::moveToLineEnd() { cursor_ = std::min(text_.find('\n', cursor_), text_.size()); }
+// A text that was handed over may have line ends of two characters.
+void KeyboardText::moveToLineEnd() { moveTo(std::min(text_.find('\n', cursor_), text_.size())); }
 
 void KeyboardText::moveTo(std::size_t offset) { cursor_ = boundaryUpTo(text_, offset); }
 
