@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <string_view>
 
 #include "platform/host/files/picture_header.h"
 #include "platform/host/files/surface_record.h"
@@ -25,13 +26,20 @@ void hearTiffFault(const char* /*part*/, const char* format, va_list values) {
     tiffFault = text.data();
 }
 
+/// The library's own choice of a decoder would take a file that has "<svg" in it for a drawing, of any size.
+SDL_Surface* load(SDL_RWops* stream, std::string_view kind) {
+    if (kind == "JPG") return IMG_LoadJPG_RW(stream);
+    if (kind == "WEBP") return IMG_LoadWEBP_RW(stream);
+    return kind == "GIF" ? IMG_LoadGIF_RW(stream) : IMG_LoadTIF_RW(stream);
+}
+
 SurfacePtr decode(std::span<const std::uint8_t> file, const char* kind, std::string& fault) {
-    constexpr int kCloseStream = 1;
     TIFFSetErrorHandler(hearTiffFault);
     TIFFSetWarningHandler(nullptr);
     tiffFault.clear();
     SDL_RWops* stream = SDL_RWFromConstMem(file.data(), static_cast<int>(file.size()));
-    SurfacePtr surface(IMG_LoadTyped_RW(stream, kCloseStream, kind));
+    SurfacePtr surface(load(stream, kind));
+    SDL_RWclose(stream);
     fault = !tiffFault.empty() ? tiffFault : surface == nullptr ? SDL_GetError() : "";
     return surface;
 }
