@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "files/scratch.h"
+#include "platform/host/screen/area_scaler.h"
 
 namespace {
 

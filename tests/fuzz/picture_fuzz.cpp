@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "fuzz/fuzz.h"
-#include "platform/host/explorer/thumbnails.h"
 #include "platform/host/files/picture_file.h"
+#include "platform/host/screen/area_scaler.h"
 #include "support/temporary_folder.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {

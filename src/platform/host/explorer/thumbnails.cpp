@@ -1,7 +1,6 @@
 #include "platform/host/explorer/thumbnails.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -19,28 +18,13 @@ bool isUnchanged(const PictureEntry& before, const PictureEntry& now) {
 
 BitmapPtr read(const PictureEntry& picture, Size room) {
     std::string error;
-    BitmapPtr whole = loadPicture(picture.file, error);
+    BitmapPtr whole = readPicture(picture.file, Formats::All, error).bitmap;
     if (whole != nullptr) return shrunk(std::move(whole), room);
     std::fprintf(stderr, "colour: %s\n", error.c_str());
     return nullptr;
 }
 
 }  // namespace
-
-BitmapPtr shrunk(BitmapPtr picture, Size room) {
-    const Size size{picture->width, picture->height};
-    const double factor = std::min(1.0 * room.w / size.w, 1.0 * room.h / size.h);
-    if (factor >= 1) return picture;
-    const auto scaled = [factor](int side, int most) {
-        return std::clamp(static_cast<int>(std::lround(side * factor)), 1, std::max(most, 1));
-    };
-    const Size to{scaled(size.w, room.w), scaled(size.h, room.h)};
-    AreaScaler scaler(size, to);
-    const PixelRows rows{bitmap_pixels(picture.get()), picture->scanline, picture->depth / 8};
-    BitmapPtr small = makeBitmap(to.w, to.h, picture->depth);
-    for (int y = 0; small != nullptr && y < to.h; ++y) scaler.scaleRow(rows, {0, y}, to.w, bitmapRow(*small, y));
-    return small;
-}
 
 void Thumbnails::load(std::span<const PictureEntry> pictures, Size room) {
     std::vector<Thumbnail> before = std::exchange(page_, {});

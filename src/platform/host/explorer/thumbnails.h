@@ -9,10 +9,6 @@
 
 namespace host {
 
-/// The picture of depth 8 or 24, shrunk in its own shape until it fits into `room`; one that fits stays as it is. Null
-/// when memory is short.
-[[nodiscard]] BitmapPtr shrunk(BitmapPtr picture, Size room);
-
 /// The small pictures of one page. Coming back to a page reads only the files that have changed.
 class Thumbnails {
 public:

@@ -1,6 +1,7 @@
 #include "platform/host/screen/area_scaler.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace host {
 
@@ -85,6 +86,21 @@ void AreaScaler::sumColumns(int column, int width, std::uint8_t* into) const {
             *into++ = static_cast<std::uint8_t>(total / kWholeArea);
         }
     }
+}
+
+BitmapPtr shrunk(BitmapPtr picture, Size room) {
+    const Size size{picture->width, picture->height};
+    const double factor = std::min(1.0 * room.w / size.w, 1.0 * room.h / size.h);
+    if (factor >= 1) return picture;
+    const auto scaled = [factor](int side, int most) {
+        return std::clamp(static_cast<int>(std::lround(side * factor)), 1, std::max(most, 1));
+    };
+    const Size to{scaled(size.w, room.w), scaled(size.h, room.h)};
+    AreaScaler scaler(size, to);
+    const PixelRows rows{bitmap_pixels(picture.get()), picture->scanline, picture->depth / 8};
+    BitmapPtr small = makeBitmap(to.w, to.h, picture->depth);
+    for (int y = 0; small != nullptr && y < to.h; ++y) scaler.scaleRow(rows, {0, y}, to.w, bitmapRow(*small, y));
+    return small;
 }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/host/base/geometry.h"
+#include "platform/host/screen/bitmap_record.h"
 
 namespace host {
 
@@ -46,5 +47,9 @@ private:
     Axis rows_;
     std::vector<std::uint16_t> sums_;  ///< a part of one scaled row, averaged downwards only
 };
+
+/// The picture of depth 8 or 24, shrunk in its own shape until it fits into `room`; one that fits stays as it is. Null
+/// when memory is short.
+[[nodiscard]] BitmapPtr shrunk(BitmapPtr picture, Size room);
 
 }  // namespace host

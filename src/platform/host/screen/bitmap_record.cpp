@@ -1,5 +1,6 @@
 #include "platform/host/screen/bitmap_record.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -53,6 +54,16 @@ BitmapPtr makeBitmap(int width, int height, int depth) {
     *record = {static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), static_cast<std::uint16_t>(depth),
                static_cast<std::uint16_t>(scanline)};
     return BitmapPtr(record);
+}
+
+bool samePixels(const bitmap_s& left, const bitmap_s& right) {
+    return std::memcmp(&left, &right, sizeof left) == 0 &&
+           std::memcmp(bitmap_pixels(&left), bitmap_pixels(&right), pixelBytes(left)) == 0;
+}
+
+bool isWhite(const bitmap_s& bitmap) {
+    const std::uint8_t* pixels = bitmap_pixels(&bitmap);
+    return std::all_of(pixels, pixels + pixelBytes(bitmap), [](std::uint8_t byte) { return byte == 0xFF; });
 }
 
 BitmapPtr rotateBitmap(const bitmap_s& bitmap, int quarterTurns) {

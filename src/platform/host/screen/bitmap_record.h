@@ -23,6 +23,12 @@ using BitmapPtr = std::unique_ptr<bitmap_s, FreeRecord>;
 /// depth is unknown or the turned record cannot be made (see makeBitmap).
 [[nodiscard]] BitmapPtr rotateBitmap(const bitmap_s& bitmap, int quarterTurns);
 
+/// True when both have the same size, depth and pixels.
+[[nodiscard]] bool samePixels(const bitmap_s& left, const bitmap_s& right);
+
+/// True when every byte is 0xFF.
+[[nodiscard]] bool isWhite(const bitmap_s& bitmap);
+
 /// Bytes of the pixel data.
 [[nodiscard]] inline std::size_t pixelBytes(const bitmap_s& bitmap) {
     return std::size_t{bitmap.scanline} * bitmap.height;

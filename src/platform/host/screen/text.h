@@ -17,6 +17,8 @@
 struct font_s {
     std::string family{};
     int size = 0;
+
+    bool operator==(const font_s&) const = default;
 };
 
 namespace host {
