@@ -11,6 +11,7 @@ set(table
   "host/record: base bitmap.h libraries"
   "host/screen: base bitmap.h frame_codes.h splines.h libraries"
   "host/files: base screen bitmap.h libraries"
+  "host/keep: base screen files libraries"
   "host/options: base files libraries"
   "host/panel: base screen libraries"
   "host/window: base screen panel libraries"
@@ -19,10 +20,10 @@ set(table
   "host/desk: base record screen panel touch callbacks.h libraries"
   "host/dialogs: base record screen files panel touch callbacks.h libraries"
   "host/keyboard: base record screen files panel touch callbacks.h libraries"
-  "host/explorer: base screen files panel touch libraries"
+  "host/explorer: base screen files keep panel touch libraries"
   "host/session: base record screen panel touch desk libraries"
-  "host: base options record screen files panel window browser touch desk libraries"
-  "host/api: base options record screen files panel touch desk dialogs keyboard explorer session host platform libraries")
+  "host: base options record screen files keep panel window browser touch desk libraries"
+  "host/api: base options record screen files keep panel touch desk dialogs keyboard explorer session host platform libraries")
 
 file(READ "${MAP}" map)
 set(wrong "")

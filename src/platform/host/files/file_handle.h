@@ -3,6 +3,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <utility>
 
 namespace host {
 
@@ -14,13 +18,27 @@ auto untilDone(Call call) {
     return result;
 }
 
+/// Writes all of these bytes at that place of an open file. False, with the reason in errno, on failure.
+[[nodiscard]] inline bool writeAt(int file, off_t at, std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = untilDone([&] { return ::pwrite(file, bytes.data(), bytes.size(), at); });
+        if (count < 0) return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+        at += count;
+    }
+    return true;
+}
+
 /// Owns an open file descriptor; -1 is none.
 class FileHandle {
 public:
     FileHandle() = default;
     explicit FileHandle(int descriptor) : descriptor_(descriptor) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
+    FileHandle(FileHandle&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    FileHandle& operator=(FileHandle&& other) noexcept {
+        reset(std::exchange(other.descriptor_, -1));
+        return *this;
+    }
     ~FileHandle() { reset(); }
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }

@@ -12,15 +12,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A link to nothing counts too: what is written under its name goes elsewhere.
-bool isTaken(const fs::path& file) {
-    std::error_code ignored;
-    return fs::exists(fs::symlink_status(file, ignored));
-}
-
 /// The first free one of "STEM (NOTE)ENDING", "STEM (NOTE 2)ENDING", "STEM (NOTE 3)ENDING"; without a note those with a
 /// number alone.
-fs::path firstFree(const fs::path& wanted, const std::string& note, const std::string& ending) {
+fs::path firstFree(const fs::path& wanted, const std::string& note, const std::string& ending,
+                   const std::function<bool(const fs::path&)>& isTaken) {
     for (int number = note.empty() ? 2 : 1;; ++number) {
         const std::string count = number == 1 ? "" : std::to_string(number);
         const std::string mark = note.empty() || count.empty() ? note + count : note + " " + count;
@@ -36,12 +31,18 @@ fs::path firstFree(const fs::path& wanted, const std::string& note, const std::s
 
 }  // namespace
 
-fs::path freeName(const fs::path& wanted, const std::string& note) {
-    return firstFree(wanted, note, isPageName(wanted) ? wanted.extension().string() : ".bmp");
+bool isThere(const fs::path& file) {
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(file, ignored));
+}
+
+fs::path freeName(const fs::path& wanted, const std::string& note,
+                  const std::function<bool(const fs::path&)>& isTaken) {
+    return firstFree(wanted, note, isPageName(wanted) ? wanted.extension().string() : ".bmp", isTaken);
 }
 
 fs::path unusedName(const fs::path& wanted) {
-    return isTaken(wanted) ? firstFree(wanted, "", wanted.extension().string()) : wanted;
+    return isThere(wanted) ? firstFree(wanted, "", wanted.extension().string(), isThere) : wanted;
 }
 
 }  // namespace host

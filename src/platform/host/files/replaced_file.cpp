@@ -43,12 +43,7 @@ bool takeRoom(int file, std::uint64_t bytes) {
 }
 
 bool write(int file, std::span<const std::uint8_t> bytes, Sync sync) {
-    for (std::size_t at = 0; at < bytes.size();) {
-        const ssize_t count =
-            untilDone([&] { return ::pwrite(file, bytes.data() + at, bytes.size() - at, static_cast<off_t>(at)); });
-        if (count < 0) return false;
-        at += static_cast<std::size_t>(count);
-    }
+    if (!writeAt(file, 0, bytes)) return false;
     if (untilDone([&] { return ::ftruncate(file, static_cast<off_t>(bytes.size())); }) != 0) return false;
     return sync == Sync::No || untilDone([&] { return ::fsync(file); }) == 0;
 }

@@ -71,6 +71,8 @@ Storage::Storage(const std::string& directory)
     removeAbandoned(root_ / kPicturesFolder);
 }
 
+fs::path Storage::pictureFolder() const { return root_ / kPicturesFolder; }
+
 fs::path Storage::resolve(const std::string& devicePath) const {
     if (devicePath == kDeviceRoot) return root_;
     const std::string_view path = devicePath;

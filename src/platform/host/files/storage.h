@@ -28,6 +28,7 @@ public:
     /// One line that says why pictures cannot be kept; empty when all is well.
     [[nodiscard]] const std::string& problem() const { return problem_; }
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+    [[nodiscard]] std::filesystem::path pictureFolder() const;
 
     [[nodiscard]] std::filesystem::path resolve(const std::string& devicePath) const;
 
