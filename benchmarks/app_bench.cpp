@@ -118,6 +118,28 @@ void LongStroke(benchmark::State& state) {
 }
 BENCHMARK(LongStroke)->Iterations(40);
 
+/// The end of a stroke, which keeps the page for undo, of a picture whose pages go to the disk in another thread,
+/// against one whose pages do not.
+void StrokeEnd(benchmark::State& state) {
+    constexpr int kStrokes = 5;
+    startProgram();
+    std::vector<double> kept;
+    std::vector<double> unkept;
+    for (auto _ : state) {
+        controller().create();
+        for (std::vector<double>* times : {&kept, &unkept}) {
+            for (int y = 0; y < kStrokes; ++y) {
+                controller().Handler(EventType::PointerDown, 300, 500 + 90 * y);
+                controller().Handler(EventType::PointerMove, 700, 540 + 90 * y);
+                times->push_back(timed([&] { controller().Handler(EventType::PointerUp, 900, 500 + 90 * y); }));
+            }
+            host::toolkit().keeper.abandon();
+        }
+    }
+    reportRatio(state, kept, unkept);
+}
+BENCHMARK(StrokeEnd)->Iterations(20);
+
 /// The test that decides whether a page needs a file, against reading its bytes once.
 void BlankTest(benchmark::State& state) {
     const host::BitmapPtr page = host::makeBitmap(kCanvas.w, kCanvas.h, 24);

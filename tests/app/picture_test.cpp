@@ -42,7 +42,9 @@ TEST_F(Picture, KeepsItsPathThoughItDoesNotLoadAndLosesItsFileWhenWhite) {
     app.tap(700, 900);
     leave();
     EXPECT_TRUE(exists(app.file(kPath)));
-    open({40, 40}, 0xFF);
+    app.open(kPath);
+    app.tap(568, 50);  // the eraser
+    app.tap(700, 900);
     leave();
     EXPECT_FALSE(exists(app.file(kPath))) << "a white page has no file";
 }

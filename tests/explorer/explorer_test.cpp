@@ -45,12 +45,12 @@ struct ExplorerTest : testing::Test {
     TemporaryFolder folder_;
     Storage storage_{folder_.path()};
     std::vector<std::string> done_;
-    bool saveFailed_ = false;
     TestDesk desk_;
+    Keeper keeper_{storage_, desk_.languages, desk_.text, desk_.screen};
     Explorer explorer_{
-        desk_.desk, storage_,
+        desk_.desk, storage_, keeper_,
         ExplorerActions{[this] { done_.emplace_back("create"); }, [this](const auto& path) { done_.push_back(path); },
-                        [this] { done_.emplace_back("leave"); }, [this] { return saveFailed_; }}};
+                        [this] { done_.emplace_back("leave"); }}};
 };
 
 TEST_F(ExplorerTest, TapsCreateOpenAndLeave) {
@@ -117,14 +117,22 @@ TEST_F(ExplorerTest, ADamagedPictureIsShownAsSuchAndNeverOpened) {
     EXPECT_THAT(tiles(Tile::Kind::Picture), IsEmpty());
 }
 
-TEST_F(ExplorerTest, TellsThatAPictureWasNotSaved) {
+TEST_F(ExplorerTest, TellsWhatHasHappenedUntilThePersonDoesSomething) {
+    addPicture("a.bmp", 1);
     explorer_.show();
     const Framebuffer before = shown();
-    for (const bool failed : {true, false}) {
-        saveFailed_ = failed;
-        explorer_.show();
-        EXPECT_EQ(shown() == before, !failed);
-    }
+    ASSERT_EQ(keeper_.remove("/mnt/ext1/My pictures/a.bmp", Removal::Ordered), 0);
+    explorer_.show();
+    EXPECT_THAT(tiles(Tile::Kind::Picture), IsEmpty());
+    explorer_.show();
+    tap(first(Tile::Kind::Notice));
+    EXPECT_TRUE(shown() == before) << "the picture is back, and nothing is left to tell";
+    EXPECT_THAT(tiles(Tile::Kind::Notice), IsEmpty());
+    keeper_.remove("/mnt/ext1/My pictures/a.bmp", Removal::Ordered);
+    explorer_.show();
+    tap(first(Tile::Kind::NewPicture));
+    explorer_.show();
+    EXPECT_THAT(tiles(Tile::Kind::Notice), IsEmpty());
 }
 
 /// Bytes that an action reads by system calls.

@@ -1,9 +1,12 @@
 #include "files/faulty_calls.h"
 
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdarg>
+#include <cstdio>
 
 namespace scratch {
 
@@ -12,7 +15,8 @@ Fault fault;
 /// The system's call, unless it is to fail now.
 template <typename... Arguments>
 long callOrFail(std::string_view name, long number, Arguments... arguments) {
-    if (name != fault.call || fault.after-- > 0 || fault.times-- <= 0) return ::syscall(number, arguments...);
+    if ((name != fault.call && fault.call != "any") || fault.after-- > 0 || fault.times-- <= 0)
+        return ::syscall(number, arguments...);
     errno = fault.error;
     return -1;
 }
@@ -25,6 +29,24 @@ ssize_t read(int file, void* into, size_t bytes) { return scratch::callOrFail("r
 ssize_t pwrite(int file, const void* from, size_t bytes, off_t at) {
     return scratch::callOrFail("pwrite", SYS_pwrite64, file, from, bytes, at);
 }
+int open(const char* file, int flags, ...) {
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = va_arg(more, mode_t);
+    va_end(more);
+    return static_cast<int>(scratch::callOrFail("open", SYS_open, file, flags, mode));
+}
+int rename(const char* from, const char* to) noexcept {
+    return static_cast<int>(scratch::callOrFail("rename", SYS_rename, from, to));
+}
+int link(const char* from, const char* to) noexcept {
+    return static_cast<int>(scratch::callOrFail("link", SYS_link, from, to));
+}
+int unlink(const char* file) noexcept { return static_cast<int>(scratch::callOrFail("unlink", SYS_unlink, file)); }
+int fchmod(int file, mode_t mode) noexcept {
+    return static_cast<int>(scratch::callOrFail("fchmod", SYS_fchmod, file, mode));
+}
+int fdatasync(int file) { return static_cast<int>(scratch::callOrFail("fdatasync", SYS_fdatasync, file)); }
 int fsync(int file) { return static_cast<int>(scratch::callOrFail("fsync", SYS_fsync, file)); }
 int ftruncate(int file, off_t bytes) noexcept {
     return static_cast<int>(scratch::callOrFail("ftruncate", SYS_ftruncate, file, bytes));

@@ -4,7 +4,8 @@
 
 namespace scratch {
 
-/// A failure of the system's: calls of this name fail with `error` while `times` lasts, after `after` that succeed.
+/// A failure of the system's: calls of this name ("any": of all that are known here) fail with `error` while `times`
+/// lasts, after `after` that succeed.
 struct Fault {
     std::string_view call;
     int error = 0;

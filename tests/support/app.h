@@ -14,8 +14,9 @@
 /// for a test process.
 class App {
 public:
-    App() {
+    explicit App(const host::Device& device = {}) {
         host::Options options;
+        options.device = device;
         options.display = host::DisplayKind::Headless;
         options.language = "en";
         options.storage = (folder_.path() / "storage").string();

@@ -77,7 +77,8 @@ Toolkit::Toolkit(Options chosen)
       panel(screen.pixels(), *display, clock, options.waveforms, &screen.damage()),
       modals(screen, panel, *display),
       loop(options.device.bounds().size(), wayBack(options.device), clock, *display, panel, modals, trace),
-      desk{options.device, screen, panel, text, theme, languages} {}
+      desk{options.device, screen, panel, text, theme, languages},
+      keeper(storage, languages, text, screen) {}
 
 void openStandardStreams() {
     int opened = 0;

@@ -7,6 +7,7 @@
 #include "platform/host/desk/loop.h"
 #include "platform/host/desk/modals.h"
 #include "platform/host/files/storage.h"
+#include "platform/host/keep/keeper.h"
 #include "platform/host/options/options.h"
 #include "platform/host/record/trace.h"
 #include "platform/host/touch/desk.h"
@@ -43,7 +44,7 @@ public:
     Loop loop;
     Desk desk;
     TextSetting textSetting;
-    bool saveFailed = false;  ///< the last time that the open picture was to be saved
+    Keeper keeper;
 };
 
 /// Opens those of the three standard streams that are closed, onto nothing. Otherwise whatever is opened next (a trace,

@@ -34,9 +34,14 @@ int access(const char* path, int mode) {
 int unlink(const char* path) {
     host::Toolkit& kit = host::toolkit();
     kit.trace.call("unlink", path);
-    return kit.storage.unlink(path);
+    return kit.keeper.remove(path, host::Removal::BlankPage);
 }
 
-long time() { return host::toolkit().clock.epochSeconds(); }
+long time() {
+    const host::Toolkit& kit = host::toolkit();
+    const long seconds = kit.clock.epochSeconds();
+    // Pictures are named by it. A clock that was set back must not lead a new one to a name that exists.
+    return kit.clock.isVirtual() ? seconds : kit.storage.freeNumber(seconds);
+}
 
 }  // namespace lumora::device

@@ -2,11 +2,12 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 #include "platform/device.h"
 #include "platform/host/explorer/explorer.h"
-#include "platform/host/files/picture_file.h"
 #include "platform/host/record/json.h"
 #include "platform/host/session/script.h"
 #include "platform/host/toolkit.h"
@@ -20,13 +21,14 @@ host::Explorer* shownExplorer = nullptr;
 
 int explorerHandler(int type, int par1, int par2) { return shownExplorer->handle(type, par1, par2); }
 
-/// How a picture named on the command line is known to the application. A damaged one is refused, since leaving its
-/// white page would delete the file.
-std::string pictureFromCommandLine(const host::Toolkit& kit) {
-    const std::string& named = kit.options.picture;
+/// How a picture named on the command line is known to the application. One that cannot be opened is refused.
+std::string pictureFromCommandLine(host::Toolkit& kit) {
+    const std::string path = kit.storage.devicePath(kit.options.picture);
     std::string error;
-    if (host::loadPicture(kit.storage.resolve(named), error) == nullptr) host::refuse(error);
-    return kit.storage.devicePath(named);
+    const std::optional<host::Notice> against = kit.keeper.prepare(path, error);
+    if (against && against->button.empty()) host::refuse(error);
+    if (against) std::fprintf(stderr, "colour: %s\n", error.c_str());
+    return path;
 }
 
 std::unique_ptr<host::Script> loadScript(const host::Stage& stage, const std::string& path) {
@@ -50,16 +52,13 @@ Controller::~Controller() = default;
 
 void Controller::Run(int /*mode*/, ICallback* callback) {
     host::Toolkit& kit = host::toolkit();
-    const auto create = [&kit, callback] {
-        kit.saveFailed = false;
-        kit.loop.enter({"create", [callback] { callback->create(); }});
-    };
+    const auto create = [&kit, callback] { kit.loop.enter({"create", [callback] { callback->create(); }}); };
     const auto open = [&kit, callback](const std::string& path) {
-        kit.saveFailed = false;
         kit.loop.enter({"open " + host::jsonQuoted(path), [callback, path] { callback->open(path); }});
     };
     const auto leave = [&kit] { kit.loop.stop(0); };
-    host::Explorer explorer(kit.desk, kit.storage, {create, open, leave, [&kit] { return kit.saveFailed; }});
+    kit.keeper.recover();
+    host::Explorer explorer(kit.desk, kit.storage, kit.keeper, {create, open, leave});
     const auto script = loadScript({kit.loop, kit.modals, kit.screen, kit.panel, create, open}, kit.options.script);
 
     shownExplorer = &explorer;
@@ -69,8 +68,11 @@ void Controller::Run(int /*mode*/, ICallback* callback) {
     } else if (!kit.options.picture.empty()) {
         open(pictureFromCommandLine(kit));
     }
-    const int status = kit.loop.run(script.get());
+    int status = kit.loop.run(script.get());
     shownExplorer = nullptr;
+    // A script may end in the middle of a picture; a person's way out leads through the explorer.
+    if (script != nullptr) kit.keeper.abandon();
+    if (!kit.keeper.finish() && status == 0) status = 1;
     if (status != 0) std::exit(status);
 }
 

@@ -23,6 +23,7 @@ void SmartBitmap::FromScreen(int x, int y, int w, int h) {
     host::Toolkit& kit = host::toolkit();
     bitmap_ = std::shared_ptr<bitmap_s>(kit.screen.capture({x, y, w, h}));
     kit.trace.answered("FromScreen", GetBitmap(), x, y, w, h);
+    kit.keeper.captured({x, y, w, h}, bitmap_);
 }
 
 }  // namespace lumora::utilities

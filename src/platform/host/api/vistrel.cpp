@@ -48,6 +48,7 @@ void FullUpdate() {
 
 void PartialUpdate(int x, int y, int w, int h) {
     toolkit().trace.call("PartialUpdate", x, y, w, h);
+    toolkit().keeper.shown();
     toolkit().panel.update({x, y, w, h}, Waveform::Regular);
 }
 
@@ -121,5 +122,5 @@ const char* GetLangText(const char* key) {
 
 int vistrel_unlink(const char* path) {
     toolkit().trace.call("vistrel_unlink", path);
-    return toolkit().storage.unlink(path);
+    return toolkit().keeper.remove(path, host::Removal::Ordered);
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "platform/host/files/picture_file.h"
 #include "platform/host/toolkit.h"
 #include "platform/vistrel.h"
 
@@ -38,7 +37,9 @@ void DrawPixel(int x, int y, int colour) {
 
 void DrawBitmap(int x, int y, const bitmap_s* bitmap) {
     toolkit().trace.call("DrawBitmap", x, y, bitmap);
-    if (bitmap != nullptr) toolkit().screen.draw({x, y}, *bitmap);
+    if (bitmap == nullptr) return;
+    toolkit().screen.draw({x, y}, *bitmap);
+    toolkit().keeper.drawn(bitmap);
 }
 
 namespace {
@@ -106,13 +107,15 @@ void DrawTextRect2(const irect_s* rect, const char* text) {
         setting.standard = kit.text.open(nullptr, kStandardSize);
     }
     const font_s& font = setting.font != nullptr ? *setting.font : *setting.standard;
-    kit.text.draw(kit.screen, {rect->x, rect->y, rect->w, rect->h}, text, font, {.colour = setting.colour});
+    const host::Rect box{rect->x, rect->y, rect->w, rect->h};
+    kit.text.draw(kit.screen, box, text, font, {.colour = setting.colour});
+    kit.keeper.drawn({box, text, font, setting.colour});
 }
 
 bitmap_s* LoadBitmap(const char* path) {
     Toolkit& kit = toolkit();
     std::string error;
-    host::BitmapPtr picture = host::loadPicture(kit.storage.resolve(path), error);
+    host::BitmapPtr picture = kit.keeper.load(path, error);
     kit.trace.answered("LoadBitmap", picture.get(), path);
     // A new picture has no file yet; that is no fault to tell.
     if (picture == nullptr && kit.storage.access(path, 0) == 0) std::fprintf(stderr, "colour: %s\n", error.c_str());
@@ -122,15 +125,12 @@ bitmap_s* LoadBitmap(const char* path) {
 int SaveBitmap(const char* path, const bitmap_s* bitmap) {
     Toolkit& kit = toolkit();
     kit.trace.call("SaveBitmap", path, bitmap);
-    std::string error;
-    kit.saveFailed = bitmap == nullptr || !host::savePicture(kit.storage.resolve(path), *bitmap, error);
-    if (!kit.saveFailed) return 1;
-    std::fprintf(stderr, "colour: %s\n", error.c_str());
-    return 0;
+    return kit.keeper.save(path, bitmap);
 }
 
 bitmap_s* BitmapFromScreen(int x, int y, int w, int h) {
     host::BitmapPtr capture = toolkit().screen.capture({x, y, w, h});
     toolkit().trace.answered("BitmapFromScreen", capture.get(), x, y, w, h);
+    if (capture == nullptr) toolkit().keeper.notSaved();
     return capture.release();
 }

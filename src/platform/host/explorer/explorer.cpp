@@ -1,11 +1,9 @@
 #include "platform/host/explorer/explorer.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <span>
 #include <utility>
 
-#include "platform/host/files/picture_file.h"
 #include "platform/host/touch/pointer_event.h"
 
 namespace host {
@@ -23,19 +21,23 @@ ButtonFace face(const Desk& desk, const char* key, const char* icon) {
 
 }  // namespace
 
-Explorer::Explorer(const Desk& desk, const Storage& storage, ExplorerActions actions)
+Explorer::Explorer(const Desk& desk, const Storage& storage, Keeper& keeper, ExplorerActions actions)
     : desk_(desk),
       storage_(storage),
+      keeper_(keeper),
       actions_(std::move(actions)),
       layout_(desk.device),
       painter_(desk, layout_),
       exit_(layout_.exitButton(), face(desk, "@Exit", "explorer_exit")),
       previous_(layout_.previousButton(), face(desk, "@PreviousPage", "explorer_previous")),
-      next_(layout_.nextButton(), face(desk, "@NextPage", "explorer_next")) {}
+      next_(layout_.nextButton(), face(desk, "@NextPage", "explorer_next")),
+      noticeButton_(layout_.noticeButton(), face(desk, "@Undo", "")) {
+    if (!storage.problem().empty()) tell({desk.languages.text("@NoStorage")});
+}
 
 void Explorer::show() {
     readFolder();
-    if (actions_.saveFailed()) notice_ = desk_.languages.text("@NotSaved");
+    if (Notice notice = keeper_.takeNotice(); !notice.text.empty()) tell(std::move(notice));
     paint();
     desk_.panel.update(desk_.device.bounds(), Waveform::Full);
 }
@@ -59,6 +61,7 @@ int Explorer::handle(int type, int par1, int par2) {
 
 std::vector<Tile> Explorer::tiles() const {
     std::vector<Tile> all = grid_;
+    if (!notice_.button.empty()) all.push_back({Tile::Kind::Notice, noticeButton_.box()});
     all.push_back({Tile::Kind::Exit, exit_.box()});
     if (hasPrevious()) all.push_back({Tile::Kind::PreviousPage, previous_.box()});
     if (hasNext()) all.push_back({Tile::Kind::NextPage, next_.box()});
@@ -76,7 +79,6 @@ void Explorer::readFolder() {
 void Explorer::fillPage() {
     grid_.clear();
     pressed_.reset();
-    notice_ = storage_.problem().empty() ? std::string() : desk_.languages.text("@NoStorage");
     // "New picture" takes the first place of the first page, so every later place lies one behind its picture.
     const auto begin = static_cast<std::size_t>(std::max(page_ * layout_.tilesOnPage() - 1, 0));
     const auto end = static_cast<std::size_t>((page_ + 1) * layout_.tilesOnPage() - 1);
@@ -92,7 +94,8 @@ void Explorer::fillPage() {
 
 void Explorer::paint() {
     desk_.screen.clear();
-    painter_.title(notice_);
+    painter_.title(notice_.text, !notice_.button.empty());
+    if (!notice_.button.empty()) noticeButton_.paint(desk_);
     exit_.paint(desk_);
     std::size_t picture = 0;
     for (const Tile& tile : grid_) {
@@ -116,6 +119,10 @@ void Explorer::pointer(int type, Point at) {
 bool Explorer::pressButtons(int type, Point at) {
     if (exit_.pointer(desk_, type, at)) {
         actions_.leave();
+        return true;
+    }
+    if (!notice_.button.empty() && noticeButton_.pointer(desk_, type, at)) {
+        answer();
         return true;
     }
     if (hasPrevious() && previous_.pointer(desk_, type, at)) {
@@ -150,28 +157,52 @@ void Explorer::pressTile(int type, Point at) {
 
 void Explorer::act(const Tile& tile) {
     if (tile.kind == Tile::Kind::Picture) return openPicture(tile.devicePath);
-    page_ = 0;
-    actions_.create();
+    newPicture();
 }
 
 /// The file is looked at once more: another program may have written or removed it since the page was painted.
 void Explorer::openPicture(const std::string& devicePath) {
-    const std::filesystem::path file = storage_.resolve(devicePath);
     std::string error;
-    if (loadPicture(file, error) != nullptr) {
+    goOn(keeper_.prepare(devicePath, error), [this, devicePath] { actions_.open(devicePath); });
+}
+
+void Explorer::newPicture() {
+    std::string error;
+    goOn(keeper_.prepareNew(error), [this] { actions_.create(); });
+}
+
+void Explorer::goOn(std::optional<Notice> against, std::function<void()> go) {
+    tell({});
+    if (!against) {
         // The picture will be the newest one when the person comes back.
         page_ = 0;
-        return actions_.open(devicePath);
+        return go();
     }
     readFolder();
-    std::error_code unknown;
-    if (std::filesystem::exists(file, unknown)) notice_ = desk_.languages.text("@DamagedPicture");
+    tell(std::move(*against));
+    heldUp_ = std::move(go);
     paint();
     desk_.panel.update(desk_.device.bounds(), Waveform::Regular);
 }
 
+void Explorer::tell(Notice notice) {
+    notice_ = std::move(notice);
+    noticeButton_.setFace(notice_.button);
+}
+
+void Explorer::answer() {
+    const Notice answered = std::exchange(notice_, {});
+    if (answered.act) {
+        answered.act();
+        return show();
+    }
+    page_ = 0;
+    std::exchange(heldUp_, nullptr)();
+}
+
 void Explorer::turnTo(int page) {
     page_ = page;
+    tell({});
     fillPage();
     paint();
     desk_.panel.update(desk_.device.bounds(), Waveform::Regular);

@@ -9,6 +9,7 @@
 #include "platform/host/explorer/page_painter.h"
 #include "platform/host/explorer/thumbnails.h"
 #include "platform/host/files/storage.h"
+#include "platform/host/keep/keeper.h"
 #include "platform/host/touch/desk.h"
 #include "platform/host/touch/touch_button.h"
 
@@ -19,13 +20,11 @@ struct ExplorerActions {
     std::function<void()> create;
     std::function<void(const std::string& devicePath)> open;
     std::function<void()> leave;
-    /// True while the last picture that was to be saved is not.
-    std::function<bool()> saveFailed = [] { return false; };
 };
 
 /// Something on the explorer's screen that a person can tap.
 struct Tile {
-    enum class Kind { NewPicture, Picture, Exit, PreviousPage, NextPage };
+    enum class Kind { NewPicture, Picture, Notice, Exit, PreviousPage, NextPage };
     Kind kind;
     Rect area;
     std::string devicePath{};  ///< of a picture
@@ -33,10 +32,11 @@ struct Tile {
 
 /// The image explorer's screen: "new picture" first, then thumbnails, newest first, in pages with buttons.
 /// Loads only what the page shows. A damaged picture shows the broken-image icon and cannot be opened, whatever it was
-/// when the page was painted: the application would take it for a white page and remove the file.
+/// when the page was painted: the application would take it for a white page. What the keeper has to tell stands in the
+/// title until the person does something, with a button where something can be done about it.
 class Explorer {
 public:
-    Explorer(const Desk& desk, const Storage& storage, ExplorerActions actions);
+    Explorer(const Desk& desk, const Storage& storage, Keeper& keeper, ExplorerActions actions);
     Explorer(const Explorer&) = delete;
     Explorer& operator=(const Explorer&) = delete;
 
@@ -60,6 +60,12 @@ private:
     void pressTile(int type, Point at);
     void act(const Tile& tile);
     void openPicture(const std::string& devicePath);
+    void newPicture();
+    /// Goes on unless something speaks against it, which is then told.
+    void goOn(std::optional<Notice> against, std::function<void()> go);
+    void tell(Notice notice);
+    /// What the notice's button does.
+    void answer();
     void turnTo(int page);
 
     [[nodiscard]] int pages() const;
@@ -68,6 +74,7 @@ private:
 
     Desk desk_;
     const Storage& storage_;
+    Keeper& keeper_;
     ExplorerActions actions_;
     PageLayout layout_;
     PagePainter painter_;
@@ -80,7 +87,9 @@ private:
     int page_ = 0;
     std::vector<Tile> grid_;
     std::optional<std::size_t> pressed_;
-    std::string notice_;
+    Notice notice_;
+    TouchButton noticeButton_;
+    std::function<void()> heldUp_;  ///< what the notice has held up
 };
 
 }  // namespace host

@@ -38,6 +38,11 @@ PageLayout::PageLayout(const Device& device)
     rows_ = howMany(grid_.h, device.designToPixel(kTileHeight));
 }
 
+Rect PageLayout::noticeButton() const {
+    const int width = std::min(pageButtonWidth_, titleBar_.w / 4);
+    return {exitButton_.x - gap_ - width, exitButton_.y, width, exitButton_.h};
+}
+
 Rect PageLayout::previousButton() const {
     const int height = std::max(pageBar_.h - gap_, 1);
     return {gap_, pageBar_.y, pageButtonWidth_, height};

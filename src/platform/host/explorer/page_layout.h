@@ -12,6 +12,8 @@ public:
 
     [[nodiscard]] Rect titleBar() const { return titleBar_; }
     [[nodiscard]] Rect exitButton() const { return exitButton_; }
+    /// Beside the exit button, for what can be done about a notice.
+    [[nodiscard]] Rect noticeButton() const;
     [[nodiscard]] Rect previousButton() const;
     [[nodiscard]] Rect nextButton() const;
 

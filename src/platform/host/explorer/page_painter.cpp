@@ -51,7 +51,7 @@ std::string localTime(std::filesystem::file_time_type changed) {
 
 PagePainter::PagePainter(const Desk& desk, const PageLayout& layout) : desk_(desk), layout_(layout) {}
 
-void PagePainter::title(const std::string& notice) {
+void PagePainter::title(const std::string& notice, bool withButton) {
     const Rect bar = layout_.titleBar();
     const int margin = layout_.tile(0).x;
     desk_.screen.fill(bar, kWhite);
@@ -62,7 +62,8 @@ void PagePainter::title(const std::string& notice) {
     desk_.text.draw(desk_.screen, {margin, 0, nameWidth, bar.h}, kProgramName, nameFont, {.wrap = Wrap::None});
     if (notice.empty()) return;
     const int left = margin + nameWidth + margin;
-    const Rect room{left, 0, layout_.exitButton().x - margin - left, bar.h - margin / 4};
+    const int right = (withButton ? layout_.noticeButton() : layout_.exitButton()).x;
+    const Rect room{left, 0, right - margin - left, bar.h - margin / 4};
     if (room.empty()) return;
     font_s noticeFont{.size = kNoticeSize};
     int height = desk_.text.measure(notice, noticeFont, room.w).h;

@@ -14,8 +14,8 @@ class PagePainter {
 public:
     PagePainter(const Desk& desk, const PageLayout& layout);
 
-    /// The program's name, and a notice between it and the exit button.
-    void title(const std::string& notice);
+    /// The program's name, and a notice between it and the buttons.
+    void title(const std::string& notice, bool withButton);
 
     void newPicture(const Rect& tile);
     /// A null thumbnail is a damaged picture.
