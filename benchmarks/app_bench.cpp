@@ -126,8 +126,9 @@ void StrokeEnd(benchmark::State& state) {
     std::vector<double> kept;
     std::vector<double> unkept;
     for (auto _ : state) {
-        controller().create();
         for (std::vector<double>* times : {&kept, &unkept}) {
+            controller().create();
+            if (times == &unkept) host::toolkit().keeper.abandon();
             for (int y = 0; y < kStrokes; ++y) {
                 controller().Handler(EventType::PointerDown, 300, 500 + 90 * y);
                 controller().Handler(EventType::PointerMove, 700, 540 + 90 * y);

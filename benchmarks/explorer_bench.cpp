@@ -56,13 +56,14 @@ void FirstPageOfAThousand(benchmark::State& state) {
     const host::Storage storage(folder.path());
     fill(folder.path() / "My pictures");
     TestDesk desk;
+    host::Keeper keeper(storage, desk.languages, desk.text, desk.screen);
     std::vector<double> ours;
     std::vector<double> peer;
     std::string error;
     for (auto _ : state) {
         for (int round = 0; round < kRounds; ++round) {
             auto start = Clock::now();
-            host::Explorer explorer(desk.desk, storage, {});
+            host::Explorer explorer(desk.desk, storage, keeper, {});
             explorer.show();
             ours.push_back(milliseconds(start));
             const std::vector<host::Tile> tiles = explorer.tiles();

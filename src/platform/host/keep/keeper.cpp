@@ -147,7 +147,10 @@ void Keeper::drawn(DrawnText text) {
 }
 
 void Keeper::shown() {
-    if (open_ == nullptr || open_->page == nullptr || drawnText_ == notedText_) return;
+    if (open_ == nullptr || open_->page == nullptr) return;
+    // Where a text stands is not finished before it is committed.
+    const bool noted = drawnText_ ? notedText_ && drawnText_->isMoved(*notedText_) : !notedText_;
+    if (noted) return;
     notedText_ = drawnText_;
     note(drawnText_ ? SharedPage(withText(*open_->page, *drawnText_)) : open_->page);
 }

@@ -29,7 +29,10 @@ struct DrawnText {
     font_s font;
     Rgb colour = kBlack;
 
-    bool operator==(const DrawnText&) const = default;
+    /// True for the same text in another place: a box on its way.
+    [[nodiscard]] bool isMoved(const DrawnText& other) const {
+        return utf8 == other.utf8 && font == other.font && colour == other.colour;
+    }
 };
 
 /// Stands between the application and its pictures, so that nothing drawn is ever lost. It sees which picture is

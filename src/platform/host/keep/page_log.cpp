@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <boost/crc.hpp>
 #include <cerrno>
 #include <cstring>
@@ -31,14 +30,15 @@ std::uint32_t checksum(Bytes bytes) {
     return sum.checksum();
 }
 
-template <typename Number>
-void put(std::vector<std::uint8_t>& into, Number number) {
-    std::array<std::uint8_t, sizeof number> bytes{};
-    std::memcpy(bytes.data(), &number, sizeof number);
-    into.insert(into.end(), bytes.begin(), bytes.end());
+void put(std::vector<std::uint8_t>& into, const void* from, std::size_t count) {
+    into.resize(into.size() + count);
+    std::memcpy(into.data() + into.size() - count, from, count);
 }
 
-void put(std::vector<std::uint8_t>& into, Bytes bytes) { into.insert(into.end(), bytes.begin(), bytes.end()); }
+template <typename Value>
+void put(std::vector<std::uint8_t>& into, const Value& value) {
+    put(into, &value, sizeof value);
+}
 
 /// What a log begins with.
 struct Start {
@@ -87,7 +87,7 @@ void putChange(std::vector<std::uint8_t>& payload, int y, Bytes row, Bytes befor
     const auto count = std::ssize(row) - same - first;
     put(payload,
         RowChange{static_cast<std::uint16_t>(y), static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(count)});
-    put(payload, row.subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(count)));
+    put(payload, row.data() + first, static_cast<std::size_t>(count));
 }
 
 /// Makes the page before this record into the record's page. False when the record contradicts itself.
@@ -124,7 +124,7 @@ PageLog::PageLog(const fs::path& file, std::uint32_t number, std::string_view ab
       last_(whitePage(shape)) {
     std::vector<std::uint8_t> payload;
     put(payload, Start{kMark, number, shape});
-    payload.insert(payload.end(), about.begin(), about.end());
+    put(payload, about.data(), about.size());
     if (!file_.isOpen() || last_ == nullptr) reason = std::strerror(errno);
     if (!isOpen() || last_ == nullptr || !append(payload, reason)) file_.reset();
 }
@@ -145,7 +145,7 @@ bool PageLog::append(const std::vector<std::uint8_t>& payload, std::string& reas
     record.reserve(kRecordHead + payload.size());
     put(record, static_cast<std::uint32_t>(payload.size()));
     put(record, checksum(payload));
-    put(record, Bytes(payload));
+    put(record, payload.data(), payload.size());
     // Where it fails, the next record is written over what there is of this one.
     const bool written = writeAt(file_.get(), static_cast<off_t>(size_), record);
     if (written) size_ += record.size();
