@@ -76,8 +76,9 @@ TEST_P(Killed, AtAnyInstantItsPageComesBack) {
         const TemporaryFolder folder;
         const fs::path trace = folder / "trace";
         folder.write("session", script + "wait 60000\n");
-        Process program("'" COLOUR_PROGRAM "' --display browser --language en --storage '" + folder.path().string() +
-                        "' --script '" + (folder / "session").string() + "' --trace '" + trace.string() + "'");
+        Process program("env -C '" + folder.path().string() +
+                        "' '" COLOUR_PROGRAM
+                        "' --display browser --language en --storage . --script session --trace trace");
         while (contentOf(trace).find("> open") == std::string::npos)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         std::this_thread::sleep_for(std::chrono::milliseconds(random() % 900));

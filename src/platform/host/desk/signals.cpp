@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-constexpr std::array<int, 4> kSignals{SIGTERM, SIGINT, SIGHUP, SIGPIPE};
+constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP, SIGPIPE, SIGXFSZ};
 constexpr char kAsked = 'a';
 constexpr char kFinished = 'f';
 
@@ -59,7 +59,7 @@ EndSignals::EndSignals(std::function<void()> ask) : ask_(std::move(ask)) {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         struct sigaction action {};
         action.sa_flags = SA_RESTART;
-        action.sa_handler = kSignals[i] == SIGPIPE ? SIG_IGN : handle;
+        action.sa_handler = kSignals[i] == SIGPIPE || kSignals[i] == SIGXFSZ ? SIG_IGN : handle;
         sigaction(kSignals[i], nullptr, &before_[i]);
         const bool nohup = kSignals[i] == SIGHUP && before_[i].sa_handler == SIG_IGN;
         if (!nohup) sigaction(kSignals[i], &action, nullptr);

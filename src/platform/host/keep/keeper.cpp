@@ -238,7 +238,7 @@ bool Keeper::reserve(Held& held, std::string& error) {
     held.room = std::make_unique<Replacement>(held.file.path);
     std::string reason;
     if (held.room->reserve(rows * (pixels.stride() + kRowEnd) + kHeaders, reason)) return true;
-    error = printable(held.file.path) + ": it could not be saved: " + reason;
+    error = printable(held.file.path.parent_path()) + ": " + reason;
     return false;
 }
 

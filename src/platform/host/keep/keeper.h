@@ -95,8 +95,8 @@ public:
 private:
     /// A picture in this program's hands.
     struct Held {
-        Held(std::string path, std::filesystem::path place) : devicePath(std::move(path)) {
-            file.path = std::move(place);
+        Held(std::string path, const std::filesystem::path& place) : devicePath(std::move(path)) {
+            file.path = std::filesystem::absolute(place);
         }
 
         std::string devicePath;

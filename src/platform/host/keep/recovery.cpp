@@ -77,7 +77,11 @@ std::vector<LeftPage> recoverPages(const fs::path& folder, const fs::path& stora
         if (!lock) continue;
         const LoggedPage last = lastPage(folder / each);
         const std::optional<KeptPicture> picture = KeptPicture::fromWords(last.about);
-        if (last.page != nullptr && picture && !last.asLoaded) {
+        if (last.page != nullptr && !picture) {
+            left.push_back({folder / each, printable(folder / each) + ": does not say whose page it holds"});
+            continue;
+        }
+        if (last.page != nullptr && !last.asLoaded) {
             const std::optional<LeftPage> done = bringBack(*picture, *last.page, storageRoot);
             if (done) left.push_back(*done);
             if (done && !done->error.empty()) continue;
