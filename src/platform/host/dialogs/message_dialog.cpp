@@ -33,7 +33,7 @@ public:
     void pointer(int type, Point at) override;
     void key(Key key) override;
     bool answer(int button) override;
-    void cancel() override { finish(kCancelled); }
+    void cancel() override { answerWith(kCancelled); }
 
 private:
     struct Paragraph {
@@ -46,7 +46,7 @@ private:
     bool layOut(int percent);
     void placeButtons(Rect row, const Message& message);
     void paintParagraph(const Paragraph& paragraph);
-    void finish(int button);
+    void answerWith(int button);
 
     Desk desk_;
     dialog_callback_t callback_;
@@ -131,7 +131,7 @@ void MessageDialog::paintParagraph(const Paragraph& paragraph) {
 
 void MessageDialog::pointer(int type, Point at) {
     for (std::size_t i = 0; i < buttons_.size(); ++i)
-        if (buttons_[i].pointer(desk_, type, at)) finish(static_cast<int>(i) + 1);
+        if (buttons_[i].pointer(desk_, type, at)) answerWith(static_cast<int>(i) + 1);
 }
 
 void MessageDialog::key(Key key) {
@@ -140,11 +140,11 @@ void MessageDialog::key(Key key) {
 
 bool MessageDialog::answer(int button) {
     if (button < 1 || button > static_cast<int>(buttons_.size())) return false;
-    finish(button);
+    answerWith(button);
     return true;
 }
 
-void MessageDialog::finish(int button) {
+void MessageDialog::answerWith(int button) {
     if (!callback_) return close(std::nullopt);
     close(Callback{"dialog " + std::to_string(button), [callback = callback_, button] { callback(button); }});
 }

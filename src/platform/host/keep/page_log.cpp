@@ -13,6 +13,8 @@
 #include <sstream>
 #include <utility>
 
+#include "platform/host/files/picture_file.h"
+
 namespace host {
 
 namespace {
@@ -109,8 +111,10 @@ std::string contentOf(const fs::path& file) {
     return std::move(content).str();
 }
 
-/// Null when no bitmap has that shape.
+/// Null when no picture has that shape.
 BitmapPtr whitePage(const bitmap_s& shape) {
+    if (shape.depth != 8 && shape.depth != 24) return nullptr;
+    if (std::int64_t{shape.width} * shape.height > kMostPicturePixels) return nullptr;
     BitmapPtr page = makeBitmap(shape.width, shape.height, shape.depth);
     if (page != nullptr) std::fill_n(bitmap_pixels(page.get()), pixelBytes(*page), std::uint8_t{0xFF});
     return page;
