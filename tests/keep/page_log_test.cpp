@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "files/scratch.h"
+#include "platform/host/files/picture_file.h"
+#include "platform/host/keep/journal.h"
+#include "platform/host/keep/kept_picture.h"
+#include "platform/host/keep/recovery.h"
 
 using namespace host;
 
@@ -67,6 +71,41 @@ TEST_F(PageLogTest, HoldsTheLastPageThatWasWrittenWhole) {
         ASSERT_TRUE(isPage(read(whole.substr(0, length)), lastIn(length))) << length;
     EXPECT_TRUE(isPage(read(whole), kPages - 1));
     EXPECT_TRUE(isPage(read(whole + std::string(40, '\0')), kPages - 1)) << "room that was taken but never written";
+}
+
+TEST_F(PageLogTest, IsBegunAnewWhereItGrowsAndTheNewestCounts) {
+    const std::filesystem::path picture = folder_ / "a.bmp";
+    const std::filesystem::path stem = folder_ / ("r/" + recoveryName(picture));
+    std::filesystem::create_directory(folder_ / "r");
+    const std::string about = KeptPicture{.path = picture}.inWords();
+    bool taken = false;
+    for (const int pages : {1, 2, 60, 61, 62, 63, 64, 65}) {
+        SharedPage page = pages_[0];
+        {
+            Journal journal(stem, std::move(*lockFile(stem, taken)));
+            for (int i = 0; i < pages; ++i) {
+                page = changed(*page, static_cast<unsigned>(i));
+                journal.note(page, false, about);
+                // Some are passed over by the next.
+                EXPECT_TRUE(i % 5 == 0 || journal.settle());
+            }
+            EXPECT_FALSE(lockFile(stem, taken).has_value());
+            EXPECT_TRUE(taken);
+        }
+        for (const char* log : {".0", ".1"}) {
+            const std::filesystem::path file = stem.string() + log;
+            EXPECT_TRUE(!std::filesystem::exists(file) || std::filesystem::file_size(file) < 2 * pixelBytes(*page));
+        }
+        EXPECT_EQ(recoverPages(folder_ / "r", folder_.path()).size(), 1U);
+        std::string error;
+        const BitmapPtr found = loadPicture(picture, error);
+        EXPECT_TRUE(found != nullptr && samePixels(*found, *page)) << pages << error;
+        std::filesystem::remove(picture);
+    }
+    Journal journal(stem, std::move(*lockFile(stem, taken)));
+    for (const SharedPage& page : pages_) journal.note(page, false, about);
+    journal.discard();
+    EXPECT_TRUE(std::filesystem::is_empty(folder_ / "r"));
 }
 
 TEST_F(PageLogTest, NoticesADamagedRecord) {

@@ -114,7 +114,7 @@ void Journal::sync() {
     std::unique_lock guard(mutex_);
     for (;;) {
         changed_.wait(guard, [this] { return unsynced_.isOpen() || ended_; });
-        if (!unsynced_.isOpen()) return;
+        if (!unsynced_.isOpen()) break;
         changed_.wait_for(guard, kSyncInterval, [this] { return ended_ || hurry_; });
         const FileHandle log = std::exchange(unsynced_, FileHandle());
         const std::optional<fs::path> outdated = outdated_;
@@ -125,6 +125,9 @@ void Journal::sync() {
         outdated_.reset();
         changed_.notify_all();
     }
+    // Nobody waits for the disk any more.
+    outdated_.reset();
+    changed_.notify_all();
 }
 
 bool Journal::keep(const Page& page) {
