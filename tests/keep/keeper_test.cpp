@@ -256,6 +256,16 @@ TEST_F(KeeperTest, WhatOthersHaveChangedIsKeptBeside) {
     EXPECT_NE(content("a.bmp"), theirs);
 }
 
+TEST_F(KeeperTest, APageThatCannotBeCapturedIsSavedAsItWasLast) {
+    app.open(path("a.bmp"));
+    draw();
+    App::kit().keeper.notSaved();
+    EXPECT_THAT(told(), HasSubstr("a.bmp"));
+    notice.act();
+    EXPECT_NE(content("a.bmp"), "");
+    EXPECT_TRUE(App::kit().keeper.finish());
+}
+
 TEST_F(KeeperTest, APageThatCannotBeSavedIsKept) {
     const TemporaryFolder state;
     setenv("XDG_STATE_HOME", state.path().c_str(), 1);

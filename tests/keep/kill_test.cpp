@@ -88,8 +88,7 @@ TEST_P(Killed, AtAnyInstantItsPageComesBack) {
         const std::size_t last = std::min(finishedSteps(trace) + 1, kAll);
 
         // What the next start does.
-        for (const host::LeftPage& left : host::recoverPages(folder / ".recovery", folder.path()))
-            EXPECT_EQ(left.error, "");
+        for (const host::LeftPage& left : host::recoverPages(host::Storage(folder.path()))) EXPECT_EQ(left.error, "");
         const std::string found = contentOf(folder / "My pictures/a.png");
         bool expected = false;
         for (std::size_t i = earlier; i <= last; ++i) expected = expected || found == pages[i];

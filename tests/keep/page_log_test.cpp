@@ -39,7 +39,7 @@ struct PageLogTest : testing::Test {
         SharedPage page = changed(*white, 0);
         for (unsigned i = 1; i <= kPages; ++i) {
             ends_.push_back(log.size());
-            EXPECT_TRUE(log.add(page, i == 2, reason)) << reason;
+            EXPECT_TRUE(log.add(page, i == 2, 1 << 20, reason)) << reason;
             pages_.push_back(page);
             page = changed(*page, i);
         }
@@ -75,14 +75,14 @@ TEST_F(PageLogTest, HoldsTheLastPageThatWasWrittenWhole) {
 
 TEST_F(PageLogTest, IsBegunAnewWhereItGrowsAndTheNewestCounts) {
     const std::filesystem::path picture = folder_ / "a.bmp";
-    const std::filesystem::path stem = folder_ / ("r/" + recoveryName(picture));
-    std::filesystem::create_directory(folder_ / "r");
+    const std::filesystem::path stem = folder_ / (".recovery/" + recoveryName(picture));
+    std::filesystem::create_directory(folder_ / ".recovery");
     const std::string about = KeptPicture{.path = picture}.inWords();
     bool taken = false;
     for (const int pages : {1, 2, 60, 61, 62, 63, 64, 65}) {
         SharedPage page = pages_[0];
         {
-            Journal journal(stem, std::move(*lockFile(stem, taken)));
+            Journal journal(stem, std::move(*lockFile(stem, taken)), picture);
             for (int i = 0; i < pages; ++i) {
                 page = changed(*page, static_cast<unsigned>(i));
                 journal.note(page, false, about);
@@ -96,16 +96,16 @@ TEST_F(PageLogTest, IsBegunAnewWhereItGrowsAndTheNewestCounts) {
             const std::filesystem::path file = stem.string() + log;
             EXPECT_TRUE(!std::filesystem::exists(file) || std::filesystem::file_size(file) < 2 * pixelBytes(*page));
         }
-        EXPECT_EQ(recoverPages(folder_ / "r", folder_.path()).size(), 1U);
+        EXPECT_EQ(recoverPages(Storage(folder_.path())).size(), 1U);
         std::string error;
         const BitmapPtr found = loadPicture(picture, error);
         EXPECT_TRUE(found != nullptr && samePixels(*found, *page)) << pages << error;
         std::filesystem::remove(picture);
     }
-    Journal journal(stem, std::move(*lockFile(stem, taken)));
+    Journal journal(stem, std::move(*lockFile(stem, taken)), picture);
     for (const SharedPage& page : pages_) journal.note(page, false, about);
     journal.discard();
-    EXPECT_TRUE(std::filesystem::is_empty(folder_ / "r"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder_ / ".recovery"));
 }
 
 TEST_F(PageLogTest, NoticesADamagedRecord) {

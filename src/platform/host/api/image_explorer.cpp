@@ -71,7 +71,7 @@ void Controller::Run(int /*mode*/, ICallback* callback) {
     int status = kit.loop.run(script.get());
     shownExplorer = nullptr;
     // A script may end in the middle of a picture; a person's way out leads through the explorer.
-    if (script != nullptr) kit.keeper.abandon();
+    if (script != nullptr && !kit.loop.interrupted()) kit.keeper.abandon();
     if (!kit.keeper.finish() && status == 0) status = 1;
     if (status != 0) std::exit(status);
 }

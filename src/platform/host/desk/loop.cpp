@@ -142,7 +142,7 @@ int Loop::run(Player* player) {
         passTime(player);
         act(player);
     }
-    if (closed_ || interrupted_) leadHome();
+    if (interrupted()) leadHome();
     return status_;
 }
 

@@ -79,6 +79,8 @@ public:
     /// Ends run, which returns `status`; of several calls the first counts.
     void stop(int status);
     [[nodiscard]] bool stopped() const { return stopped_ || interrupted_; }
+    /// True when it was a person or a signal that ended it.
+    [[nodiscard]] bool interrupted() const { return closed_ || interrupted_; }
 
 private:
     class Visit;

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <limits>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -46,7 +48,14 @@ std::string recoveryName(const fs::path& picture) {
     return std::string(sum.get()).substr(0, kEnough);
 }
 
-Journal::Journal(fs::path file, FileHandle lock) : file_(std::move(file)), lock_(std::move(lock)) {}
+Journal::Journal(fs::path file, FileHandle lock, const fs::path& picture)
+    : file_(std::move(file)), lock_(std::move(lock)) {
+    const std::string path = picture.string();
+    const bool named = writeAt(lock_.get(), 0, {reinterpret_cast<const std::uint8_t*>(path.data()), path.size()}) &&
+                       ::ftruncate(lock_.get(), static_cast<off_t>(path.size())) == 0;
+    // Without a name only what lies beside the picture is not cleared away.
+    static_cast<void>(named);
+}
 
 Journal::~Journal() {
     const bool empty = !writer_.joinable();
@@ -61,8 +70,12 @@ void Journal::note(SharedPage page, bool asLoaded, std::string about) {
     }
     changed_.notify_all();
     if (writer_.joinable()) return;
-    writer_ = std::thread([this] { write(); });
-    syncer_ = std::thread([this] { sync(); });
+    try {
+        writer_ = std::thread([this] { write(); });
+        syncer_ = std::thread([this] { sync(); });
+    } catch (const std::system_error& error) {
+        tellUnprotected(error.what());
+    }
 }
 
 bool Journal::settle() {
@@ -76,6 +89,7 @@ void Journal::discard() {
         const std::lock_guard guard(mutex_);
         next_.reset();
         unsynced_.reset();
+        outdated_.reset();  // the writer may wait for it
     }
     end();
     for (const std::uint32_t number : {0U, 1U}) ::unlink(logFile(number).c_str());
@@ -91,6 +105,8 @@ void Journal::end() {
     changed_.notify_all();
     if (writer_.joinable()) writer_.join();
     if (syncer_.joinable()) syncer_.join();
+    // The syncer may have ended before the writer's last page.
+    if (unsynced_.isOpen()) static_cast<void>(untilDone([&] { return ::fdatasync(unsynced_.get()); }));
 }
 
 void Journal::write() {
@@ -122,7 +138,8 @@ void Journal::sync() {
         static_cast<void>(untilDone([&] { return ::fdatasync(log.get()); }));
         if (outdated) ::unlink(outdated->c_str());
         guard.lock();
-        outdated_.reset();
+        // Only the one that was removed: meanwhile the writer may have begun another log.
+        if (outdated) outdated_.reset();
         changed_.notify_all();
     }
     // Nobody waits for the disk any more.
@@ -132,13 +149,21 @@ void Journal::sync() {
 
 bool Journal::keep(const Page& page) {
     std::string reason;
-    const bool grown = log_ && log_->size() > firstSize_ + pixelBytes(*page.pixels) / 2;
-    if (log_ && log_->isOpen() && !grown && log_->add(page.pixels, page.asLoaded, reason)) return true;
-    if (beginLog(page, reason)) return true;
-    if (!std::exchange(told_, true))
+    try {
+        const std::uint64_t most = firstSize_ + pixelBytes(*page.pixels) / 2;
+        if (log_ && log_->isOpen() && log_->add(page.pixels, page.asLoaded, most, reason)) return true;
+        if (beginLog(page, reason)) return true;
+    } catch (const std::bad_alloc&) {
+        reason = "there is not enough memory";
+    }
+    tellUnprotected(reason);
+    return false;
+}
+
+void Journal::tellUnprotected(const std::string& reason) {
+    if (!told_.exchange(true))
         std::fprintf(stderr, "colour: the drawing is not protected against a crash: %s: %s\n", printable(file_).c_str(),
                      reason.c_str());
-    return false;
 }
 
 bool Journal::beginLog(const Page& page, std::string& reason) {
@@ -150,9 +175,10 @@ bool Journal::beginLog(const Page& page, std::string& reason) {
         changed_.wait(guard, [this] { return !outdated_; });
         hurry_ = false;
     }
+    constexpr auto kUnlimited = std::numeric_limits<std::uint64_t>::max();
     const fs::path file = logFile(number_ + 1);
     PageLog log(file, number_ + 1, page.about, *page.pixels, reason);
-    if (!log.isOpen() || !log.add(page.pixels, page.asLoaded, reason)) {
+    if (!log.isOpen() || !log.add(page.pixels, page.asLoaded, kUnlimited, reason)) {
         ::unlink(file.c_str());
         return false;
     }

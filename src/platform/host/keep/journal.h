@@ -22,14 +22,14 @@ namespace host {
 [[nodiscard]] std::string recoveryName(const std::filesystem::path& picture);
 
 /// Keeps the pages of one open picture on the disk, in threads for which the drawing never waits, so that a crash costs
-/// no more than the stroke in hand. Three files: NAME, empty, whose lock belongs to the program that has the picture;
-/// NAME.0 and NAME.1, page logs of which one is in use. Where that grows beyond its first page and half another one,
-/// the other is begun, and the old one goes once the new one is safe on the disk. What nobody discards stays, for the
-/// next start to find.
+/// no more than the stroke in hand. Three files: NAME, which holds the picture's path and whose lock belongs to the
+/// program that has the picture; NAME.0 and NAME.1, page logs of which one is in use. Where that would grow beyond its
+/// first page and half another one, the other is begun, and the old one goes once the new one is safe on the disk. What
+/// nobody discards stays, for the next start to find.
 class Journal {
 public:
     /// `file` is the picture's recovery name in its folder, and `lock` the lock on it.
-    Journal(std::filesystem::path file, FileHandle lock);
+    Journal(std::filesystem::path file, FileHandle lock, const std::filesystem::path& picture);
     ~Journal();
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
@@ -55,6 +55,7 @@ private:
     [[nodiscard]] bool keep(const Page& page);
     [[nodiscard]] bool beginLog(const Page& page, std::string& reason);
     [[nodiscard]] std::filesystem::path logFile(std::uint32_t number) const;
+    void tellUnprotected(const std::string& reason);
     void end();
 
     std::filesystem::path file_;
@@ -64,7 +65,7 @@ private:
     std::optional<PageLog> log_;
     std::uint32_t number_ = 0;
     std::uint64_t firstSize_ = 0;
-    bool told_ = false;
+    std::atomic<bool> told_ = false;
 
     std::mutex mutex_;  ///< guards what follows
     std::condition_variable changed_;

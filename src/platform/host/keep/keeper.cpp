@@ -22,8 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kRecoveryFolder = ".recovery";
-
 void say(const std::string& line) { std::fprintf(stderr, "colour: %s\n", line.c_str()); }
 
 std::string nameOf(const fs::path& file) { return printable(file.filename()); }
@@ -50,14 +48,17 @@ Keeper::Keeper(const Storage& storage, const Languages& languages, Text& text, c
       screen_(screen),
       folder_(storage.root() / kRecoveryFolder) {}
 
-void Keeper::recover() {
-    for (const LeftPage& left : recoverPages(folder_, storage_.root())) {
-        if (left.error.empty()) {
-            say(printable(left.picture) + ": brought back after an interruption");
-            tell("@Recovered", {nameOf(left.picture)});
-        } else {
+void Keeper::recover(const std::string& name) {
+    for (const LeftPage& left : recoverPages(storage_, name)) {
+        if (!left.error.empty()) {
             say(left.error);
             tell("@NotSaved", {left.error});
+        } else if (left.deleted) {
+            say(printable(left.picture) + ": was left blank and is in the trash");
+            tell("@Deleted", {nameOf(left.picture)});
+        } else {
+            say(printable(left.picture) + ": brought back after an interruption");
+            tell("@Recovered", {nameOf(left.picture)});
         }
     }
 }
@@ -66,10 +67,7 @@ std::optional<Notice> Keeper::prepare(const std::string& devicePath, std::string
     saveAgain();
     prepared_.reset();
     auto held = std::make_unique<Held>(devicePath, storage_.resolve(devicePath));
-    if (!lock(*held)) {
-        error = printable(held->file.path) + ": is open in another program";
-        return Notice{worded("@InUse", {nameOf(held->file.path)})};
-    }
+    if (!lock(*held, error)) return Notice{error};
     held->file.before = stateOf(held->file.path);
     held->picture = readPicture(held->file.path, Formats::All, error);
     if (held->picture.bitmap == nullptr)
@@ -97,8 +95,8 @@ BitmapPtr Keeper::load(const char* devicePath, std::string& error) {
             standBeside();
     } else {
         open_ = std::make_unique<Held>(path, storage_.resolve(path));
-        if (!lock(*open_)) {
-            say(printable(open_->file.path) + ": is open in another program");
+        if (std::string taken; !lock(*open_, taken)) {
+            say(taken);
             standBeside();
         }
         KeptPicture& file = open_->file;
@@ -116,13 +114,14 @@ BitmapPtr Keeper::load(const char* devicePath, std::string& error) {
 void Keeper::captured(Rect area, const SharedPage& page) {
     drawnText_.reset();
     notedText_.reset();
+    const bool first = open_ != nullptr && !std::exchange(open_->seen, true);
     if (page == nullptr) return;
     page_ = area;
     std::erase_if(captures_, [](const auto& each) { return each.expired(); });
     captures_.push_back(page);
     if (open_ == nullptr) return;
     open_->page = page;
-    if (open_->loaded == nullptr) {
+    if (first) {
         open_->loaded = page;
     } else {
         note(page);
@@ -185,6 +184,12 @@ int Keeper::remove(const char* devicePath, Removal why) {
     if (held != nullptr && why == Removal::BlankPage && !held->file.isAsLoaded() && stateOf(file).exists) {
         tell("@ChangedElsewhere", {nameOf(file), nameOf(file)});
     } else if (held == nullptr || why == Removal::Ordered || held->page == nullptr || !isAsLoaded(*held, *held->page)) {
+        // What was drawn since the picture was opened comes back with it; where it cannot be saved, at least the rest.
+        if (held != nullptr && held->page != nullptr && !isWhite(*held->page) && !isAsLoaded(*held, *held->page)) {
+            fs::path aside;
+            std::string error;
+            if (!held->file.save(*held->page, held->room.get(), aside, error)) say(error);
+        }
         result = moveAway(file);
     }
     if (held != nullptr) finished(*held);
@@ -208,21 +213,26 @@ bool Keeper::finish() {
     return !misplaced_ && unsaved_.empty();
 }
 
-bool Keeper::lock(Held& held) {
+bool Keeper::lock(Held& held, std::string& error) {
     held.journal.reset();
     std::error_code ignored;
     fs::create_directories(folder_, ignored);
     bool taken = false;
     const std::string name = recoveryName(held.file.path);
-    if (hasLeftPages(folder_, name)) recover();
+    if (hasLeftPages(folder_, name)) recover(name);
     std::optional<FileHandle> lock = lockFile(folder_ / name, taken);
-    if (taken || (lock && hasLeftPages(folder_, name))) return false;
+    error = worded("@InUse", {printable(held.file.path)});
+    if (taken) return false;
+    if (lock && hasLeftPages(folder_, name)) {
+        error = printable(held.file.path) + ": an earlier page of it waits in " + printable(folder_);
+        return false;
+    }
     // A program with a storage of its own has other journals, but the same picture.
     held.pictureLock = FileHandle(::open(held.file.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (held.pictureLock.isOpen() && ::flock(held.pictureLock.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         return false;
     if (lock) {
-        held.journal = std::make_unique<Journal>(folder_ / name, std::move(*lock));
+        held.journal = std::make_unique<Journal>(folder_ / name, std::move(*lock), held.file.path);
     } else {
         say("what is drawn is not protected against a crash: " + printable(folder_) + " cannot be written");
     }
@@ -235,6 +245,7 @@ bool Keeper::reserve(Held& held, std::string& error) {
     constexpr std::uint64_t kRowEnd = 8;
     const Framebuffer& pixels = screen_.pixels();
     const auto rows = static_cast<std::uint64_t>(pixels.size().h);
+    removeAbandoned(held.file.path.parent_path());
     held.room = std::make_unique<Replacement>(held.file.path);
     std::string reason;
     if (held.room->reserve(rows * (pixels.stride() + kRowEnd) + kHeaders, reason)) return true;
@@ -261,7 +272,8 @@ void Keeper::standBeside() {
     const fs::path original = open_->file.path;
     const auto isTaken = [this](const fs::path& name) {
         open_->file = {.path = name};
-        return isThere(name) || !lock(*open_);
+        std::string taken;
+        return isThere(name) || !lock(*open_, taken);
     };
     const fs::path beside = freeName(original, "drawing", isTaken);
     open_->own = false;
@@ -308,9 +320,11 @@ int Keeper::moveAway(const fs::path& file) {
     Notice offer;
     if (!trashed->now.empty()) {
         offer.button = languages_.text("@Undo");
-        offer.act = [trashed = *trashed] {
+        offer.act = [this, trashed = *trashed] {
             std::string error;
-            if (!restore(trashed, error)) say(printable(trashed.was) + ": " + error);
+            if (restore(trashed, error)) return;
+            say(printable(trashed.was) + ": " + error);
+            tell("@NotSaved", {printable(trashed.was) + ": " + error});
         };
     }
     tell("@Deleted", {nameOf(file)}, std::move(offer));
@@ -363,9 +377,14 @@ bool Keeper::saveElsewhere(const Held& held) {
     return false;
 }
 
-// Pages that the application has changed and let go of unsaved stay in the journal.
+// Pages that the application has changed and let go of unsaved stay in the journal, where there is one.
 void Keeper::letGo() {
-    if (open_ != nullptr && open_->page == open_->loaded) finished(*open_);
+    if (open_ == nullptr) return;
+    if (open_->page == open_->loaded) {
+        finished(*open_);
+    } else if (open_->journal == nullptr) {
+        return failed(open_->page, printable(open_->file.path) + ": has not been saved");
+    }
     open_.reset();
 }
 

@@ -53,8 +53,8 @@ public:
 
     // What the explorer asks.
 
-    /// Brings the pages that a crash has left back to their pictures.
-    void recover();
+    /// Brings the pages that a crash has left back to their pictures: those of that recovery name, or all.
+    void recover(const std::string& name = {});
 
     /// A person wants to open this picture: reads it and takes it for this program. What speaks against it is told in
     /// one line in `error`, and in the notice; where that has a button, the person may open the picture all the same.
@@ -106,12 +106,13 @@ private:
         FileHandle pictureLock;
         std::unique_ptr<Journal> journal;  ///< null where none can be kept
         std::unique_ptr<Replacement> room;
-        SharedPage loaded;  ///< the page as it was first captured
+        bool seen = false;  ///< the first capture has come
+        SharedPage loaded;  ///< what it was; null where there was no memory for it
         SharedPage page;
     };
 
-    /// False when another program has the picture.
-    [[nodiscard]] bool lock(Held& held);
+    /// False, with one line in `error`, when another program has the picture or a page that could not be saved waits.
+    [[nodiscard]] bool lock(Held& held, std::string& error);
     [[nodiscard]] bool reserve(Held& held, std::string& error);
     /// Makes the open picture one of its own, beside the one that it was made from.
     void standBeside();

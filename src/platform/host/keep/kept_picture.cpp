@@ -32,16 +32,27 @@ FileState stateOf(const fs::path& file) {
 bool KeptPicture::save(const bitmap_s& page, Replacement* room, fs::path& aside, std::string& error) {
     aside.clear();
     const FileState now = stateOf(path);
+    fs::path real;
+    bool linked = false;
     if (now.exists && (notWhole || now != before)) {
-        aside = freeName(path, notWhole ? "original" : "changed meanwhile");
+        // The file itself, behind all links: that is what the save replaces.
+        std::error_code unknown;
+        real = fs::canonical(path, unknown);
+        aside = freeName(unknown ? path : real, notWhole ? "original" : "changed meanwhile");
         // A second name, so that the first one never stands empty; not every file system knows that.
-        if (::link(path.c_str(), aside.c_str()) != 0 && std::rename(path.c_str(), aside.c_str()) != 0) {
+        linked = !unknown && ::link(real.c_str(), aside.c_str()) == 0;
+        if (!linked && (unknown || std::rename(real.c_str(), aside.c_str()) != 0)) {
             error = printable(path) + ": cannot be kept aside: " + std::strerror(errno);
             return false;
         }
     }
     if (!(room != nullptr ? savePicture(*room, page, error) : savePicture(path, page, error))) {
-        if (!aside.empty()) static_cast<void>(std::rename(aside.c_str(), path.c_str()));
+        // Renaming one of two names of a file onto the other would do nothing.
+        if (linked) {
+            ::unlink(aside.c_str());
+        } else if (!aside.empty()) {
+            static_cast<void>(std::rename(aside.c_str(), real.c_str()));
+        }
         return false;
     }
     before = stateOf(path);

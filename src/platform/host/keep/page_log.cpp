@@ -4,13 +4,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <boost/crc.hpp>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <optional>
 #include <span>
-#include <sstream>
+#include <string>
 #include <utility>
 
 #include "platform/host/files/picture_file.h"
@@ -104,11 +104,21 @@ bool applyChanges(bitmap_s& page, Bytes changes) {
     return true;
 }
 
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return std::move(content).str();
+/// All of the file, empty when it is not there; with the reason in `error` when it cannot be read to its end.
+std::string contentOf(const fs::path& file, std::string& error) {
+    const FileHandle handle(untilDone([&] { return ::open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
+    if (!handle.isOpen()) {
+        if (errno != ENOENT) error = std::strerror(errno);
+        return {};
+    }
+    std::string content;
+    std::array<char, 1 << 16> part{};
+    for (;;) {
+        const ssize_t count = untilDone([&] { return ::read(handle.get(), part.data(), part.size()); });
+        if (count < 0) error = std::strerror(errno);
+        if (count <= 0) return content;
+        content.append(part.data(), static_cast<std::size_t>(count));
+    }
 }
 
 /// Null when no picture has that shape.
@@ -133,10 +143,14 @@ PageLog::PageLog(const fs::path& file, std::uint32_t number, std::string_view ab
     if (!isOpen() || last_ == nullptr || !append(payload, reason)) file_.reset();
 }
 
-bool PageLog::add(SharedPage page, bool asLoaded, std::string& reason) {
+bool PageLog::add(SharedPage page, bool asLoaded, std::uint64_t most, std::string& reason) {
     std::vector<std::uint8_t> payload{static_cast<std::uint8_t>(asLoaded ? 1 : 0)};
     for (int y = 0; y < page->height; ++y)
         putChange(payload, y, {bitmapRow(*page, y), page->scanline}, {bitmapRow(*last_, y), last_->scanline});
+    if (size_ + kRecordHead + payload.size() > most) {
+        reason = "it is full";
+        return false;
+    }
     if (!append(payload, reason)) return false;
     last_ = std::move(page);
     return true;
@@ -159,7 +173,8 @@ bool PageLog::append(const std::vector<std::uint8_t>& payload, std::string& reas
 
 LoggedPage readPageLog(const fs::path& file) {
     LoggedPage logged;
-    const std::string content = contentOf(file);
+    const std::string content = contentOf(file, logged.error);
+    if (!logged.error.empty()) return logged;
     Bytes rest(reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
     std::optional<Bytes> about = takeRecord(rest);
     const auto start = about ? take<Start>(*about) : std::nullopt;
@@ -167,7 +182,10 @@ LoggedPage readPageLog(const fs::path& file) {
     logged.number = start->number;
     logged.about.assign(about->begin(), about->end());
     BitmapPtr page = whitePage(start->shape);
-    if (page == nullptr) return logged;
+    if (page == nullptr) {
+        logged.error = "there is not enough memory for its page";
+        return logged;
+    }
     bool any = false;
     for (auto record = takeRecord(rest); record && !record->empty(); record = takeRecord(rest)) {
         if (!applyChanges(*page, record->subspan(1))) break;

@@ -32,9 +32,9 @@ public:
 
     [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
 
-    /// Appends the page, which has the shape of the first. False, with the reason in `reason`, on failure; the file
-    /// then ends with the page before.
-    [[nodiscard]] bool add(SharedPage page, bool asLoaded, std::string& reason);
+    /// Appends the page, which has the shape of the first. False, with the reason in `reason`, on failure or where the
+    /// file would be larger than `most` bytes; it then ends with the page before.
+    [[nodiscard]] bool add(SharedPage page, bool asLoaded, std::uint64_t most, std::string& reason);
 
     /// Bytes of the file.
     [[nodiscard]] std::uint64_t size() const { return size_; }
@@ -55,6 +55,7 @@ struct LoggedPage {
     std::string about;
     BitmapPtr page;  ///< null when the log holds none
     bool asLoaded = false;
+    std::string error{};  ///< why the log cannot be read; empty when it is read, or not there
 };
 
 /// Reads a log up to the first record that is cut or damaged. No page when there is none.

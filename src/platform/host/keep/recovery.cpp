@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
+#include <climits>
 #include <optional>
 #include <set>
 #include <system_error>
@@ -9,6 +12,7 @@
 
 #include "platform/host/files/names.h"
 #include "platform/host/files/picture_file.h"
+#include "platform/host/files/replaced_file.h"
 #include "platform/host/files/trash.h"
 #include "platform/host/keep/journal.h"
 #include "platform/host/keep/kept_picture.h"
@@ -26,9 +30,18 @@ LoggedPage lastPage(const fs::path& stem) {
     LoggedPage last;
     for (const char* ending : kLogEndings) {
         LoggedPage logged = readPageLog(stem.string() + ending);
+        // The one that cannot be read may be the newer one.
+        if (!logged.error.empty()) return logged;
         if (logged.page != nullptr && (last.page == nullptr || logged.number > last.number)) last = std::move(logged);
     }
     return last;
+}
+
+/// The path that a journal's first file holds.
+fs::path pictureOf(const FileHandle& lock) {
+    std::array<char, PATH_MAX> path{};
+    const ssize_t count = untilDone([&] { return ::pread(lock.get(), path.data(), path.size(), 0); });
+    return std::string(path.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
 }
 
 bool holds(const fs::path& file, const bitmap_s& page) {
@@ -38,20 +51,25 @@ bool holds(const fs::path& file, const bitmap_s& page) {
 }
 
 /// What has been done for the page; nothing when nothing had to be.
-std::optional<LeftPage> bringBack(KeptPicture picture, const bitmap_s& page, const fs::path& storageRoot) {
+std::optional<LeftPage> bringBack(KeptPicture picture, const bitmap_s& page, const Storage& storage) {
     std::string reason;
     const FileState now = stateOf(picture.path);
     // It may have been saved already, with only the journal still there.
     if (now.exists && holds(picture.path, page)) return std::nullopt;
     if (isWhite(page)) {
-        if (!now.exists || now != picture.before) return std::nullopt;
-        if (moveToTrash(picture.path, storageRoot, reason)) return LeftPage{picture.path};
-        return LeftPage{picture.path, printable(picture.path) + ": " + reason};
+        // As "back": what was never on the page does not go with it.
+        if (!now.exists || picture.notWhole || now != picture.before) return std::nullopt;
+        if (moveToTrash(picture.path, storage.root(), reason)) return LeftPage{picture.path, true};
+        return LeftPage{picture.path, false, printable(picture.path) + ": " + reason};
     }
     if (now.exists && now != picture.before) picture = {.path = freeName(picture.path, "recovered")};
+    std::error_code ignored;
+    // A disk that is not plugged in: its folder made anew would lie on another one, and be hidden when it comes back.
+    if (!fs::exists(picture.path.parent_path(), ignored))
+        picture = {.path = unusedName(storage.pictureFolder() / picture.path.filename())};
     fs::path aside;
     static_cast<void>(picture.save(page, nullptr, aside, reason));
-    return LeftPage{picture.path, reason};
+    return LeftPage{picture.path, false, reason};
 }
 
 }  // namespace
@@ -64,7 +82,8 @@ bool hasLeftPages(const fs::path& folder, const std::string& name) {
     return false;
 }
 
-std::vector<LeftPage> recoverPages(const fs::path& folder, const fs::path& storageRoot, const std::string& name) {
+std::vector<LeftPage> recoverPages(const Storage& storage, const std::string& name) {
+    const fs::path folder = storage.root() / kRecoveryFolder;
     std::set<std::string> names;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
@@ -75,14 +94,19 @@ std::vector<LeftPage> recoverPages(const fs::path& folder, const fs::path& stora
         bool taken = false;
         const std::optional<FileHandle> lock = lockFile(folder / each, taken);
         if (!lock) continue;
+        removeAbandoned(pictureOf(*lock).parent_path());
         const LoggedPage last = lastPage(folder / each);
+        if (!last.error.empty()) {
+            left.push_back({folder / each, false, printable(folder / each) + ": cannot be read: " + last.error});
+            continue;
+        }
         const std::optional<KeptPicture> picture = KeptPicture::fromWords(last.about);
         if (last.page != nullptr && !picture) {
-            left.push_back({folder / each, printable(folder / each) + ": does not say whose page it holds"});
+            left.push_back({folder / each, false, printable(folder / each) + ": does not say whose page it holds"});
             continue;
         }
         if (last.page != nullptr && !last.asLoaded) {
-            const std::optional<LeftPage> done = bringBack(*picture, *last.page, storageRoot);
+            const std::optional<LeftPage> done = bringBack(*picture, *last.page, storage);
             if (done) left.push_back(*done);
             if (done && !done->error.empty()) continue;
         }
