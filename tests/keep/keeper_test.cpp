@@ -213,14 +213,30 @@ TEST_F(KeeperTest, WhatIsDeletedComesBack) {
             }
             back();
         } else {
+            draw();
             app.tap(1341, 50);
             App::kit().loop.command([](host::Modal& dialog) { return dialog.answer(2); });
         }
         EXPECT_THAT(names(), testing::IsEmpty()) << blank;
         EXPECT_THAT(told(), HasSubstr("a.bmp"));
         notice.act();
-        EXPECT_EQ(content("a.bmp"), before);
+        EXPECT_EQ(content("a.bmp") == before, blank) << "with what was drawn";
+        save("a.bmp");
     }
+}
+
+TEST_F(KeeperTest, APictureBehindALinkIsKeptAsideWhereItIs) {
+    const fs::path real = app.file("/mnt/ext1/real.bmp");
+    bitmap({kPage.w + 1, 40}, 24)(real);
+    fs::create_symlink(real, app.file(path("link.bmp")));
+    const std::string before = contentOf(real);
+    testing::internal::CaptureStderr();
+    app.open(path("link.bmp"));
+    draw();
+    back();
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(contentOf(app.file("/mnt/ext1/real (original).bmp")), before);
+    EXPECT_NE(contentOf(real), before);
 }
 
 TEST_F(KeeperTest, TwoProgramsNeverEditOnePicture) {
