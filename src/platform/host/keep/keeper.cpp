@@ -178,21 +178,24 @@ int Keeper::save(const char* devicePath, const bitmap_s* page) {
 
 int Keeper::remove(const char* devicePath, Removal why) {
     if (devicePath == nullptr) return -1;
-    const std::unique_ptr<Held> held = isOpen(devicePath) ? std::move(open_) : nullptr;
-    const fs::path file = held != nullptr ? held->file.path : storage_.resolve(devicePath);
+    if (!isOpen(devicePath)) return moveAway(storage_.resolve(devicePath));
+    const std::unique_ptr<Held> held = std::move(open_);
+    KeptPicture& file = held->file;
+    const bool changed = held->page == nullptr || !isAsLoaded(*held, *held->page);
     int result = 0;
-    if (held != nullptr && why == Removal::BlankPage && !held->file.isAsLoaded() && stateOf(file).exists) {
-        tell("@ChangedElsewhere", {nameOf(file), nameOf(file)});
-    } else if (held == nullptr || why == Removal::Ordered || held->page == nullptr || !isAsLoaded(*held, *held->page)) {
+    if (why == Removal::Ordered) {
         // What was drawn since the picture was opened comes back with it; where it cannot be saved, at least the rest.
-        if (held != nullptr && held->page != nullptr && !isWhite(*held->page) && !isAsLoaded(*held, *held->page)) {
-            fs::path aside;
-            std::string error;
-            if (!held->file.save(*held->page, held->room.get(), aside, error)) say(error);
-        }
-        result = moveAway(file);
+        fs::path aside;
+        std::string error;
+        const bool drawn = changed && held->page != nullptr && !isWhite(*held->page);
+        if (drawn && !file.save(*held->page, held->room.get(), aside, error)) say(error);
+        result = moveAway(file.path);
+    } else if (changed && !file.isAsLoaded() && stateOf(file.path).exists) {
+        tell("@ChangedElsewhere", {nameOf(file.path)});
+    } else if (changed) {
+        result = moveAway(file.path);
     }
-    if (held != nullptr) finished(*held);
+    finished(*held);
     return result;
 }
 
