@@ -66,6 +66,7 @@ TEST_F(PictureDamage, HeadersThatPromiseTooMuchAreRefused) {
     for (const auto& [file, at, lie, reason] :
          std::vector<std::tuple<std::string, std::size_t, std::string, const char*>>{
              {bmp_, kWidth, "\0\0\1\0"s, "larger than 65,535"},
+             {bmp_, kHeight, "\0\0\0\x80"s, "larger than 65,535"},
              {bmp_, kWidth, "\0\0\0\0"s, "empty"},
              {bmp_, kHeight, "\x30\x75\0\0"s, "cut off"},
              {bmp_, 14, large, "unknown kind"},
