@@ -93,7 +93,7 @@ struct FailingDisk : testing::Test {
 };
 
 TEST_F(FailingDisk, LosesNothing) {
-    for (const int error : {ENOSPC, EIO, EROFS, EINTR}) {
+    for (const int error : {ENOSPC, EIO, EROFS, EINTR})
         for (const int times : {1, kForever}) {
             // A call that is always interrupted never ends.
             if (error == EINTR && times > 1) continue;
@@ -103,7 +103,6 @@ TEST_F(FailingDisk, LosesNothing) {
             EXPECT_EQ(result, kNotReached) << "error " << error << " of call " << calls - 1 << ", times " << times;
             EXPECT_GT(calls, 15) << "the faults do not reach the program";
         }
-    }
 }
 
 }  // namespace

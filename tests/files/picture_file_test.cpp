@@ -28,14 +28,13 @@ struct PictureFile : testing::Test {
 
 TEST_F(PictureFile, ComesBackAsItWasSaved) {
     // Widths around the padding of rows.
-    for (const int width : {1, 2, 3, 4, 5, 6, 10, 11, 47, 1404}) {
+    for (const int width : {1, 2, 3, 4, 5, 6, 10, 11, 47, 1404})
         for (const auto& [name, depth] : {std::pair("a.bmp", 8), {"A.BMP", 24}, {"a.png", 8}, {"a.png", 24}}) {
             const host::BitmapPtr picture = scratch::noise(width, 33, depth);
             ASSERT_TRUE(host::savePicture(folder_ / name, *picture, error_)) << error_;
             const host::BitmapPtr loaded = host::loadPicture(folder_ / name, error_);
             EXPECT_TRUE(scratch::same(loaded.get(), picture.get())) << name << width << "x" << depth;
         }
-    }
 }
 
 TEST_F(PictureFile, OfEveryKindIsReadAndComesOntoWhite) {

@@ -62,7 +62,6 @@ TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
         {"--port 80 --display window", "--port is for the browser display alone"},
         {"--clock 7", "--clock is for the headless display alone"},
         {"--display wall", "--display wall: .*"},
-        {"--port 0", "--port 0: .*"},
         {"--port 010x", "--port 010x: .*"},
         {"--script .", "cannot read the script '.': a folder, not a file"},
         {"--theme plain", "cannot read the theme 'plain': not a folder"},
