@@ -53,16 +53,6 @@ struct ExplorerTest : testing::Test {
                         [this] { done_.emplace_back("leave"); }}};
 };
 
-TEST_F(ExplorerTest, TapsCreateOpenAndLeave) {
-    addPicture("old.bmp", 9);
-    addPicture("new.png", 1);
-    explorer_.show();
-    tap(first(Tile::Kind::NewPicture));
-    tap(tiles(Tile::Kind::Picture)[1]);
-    tap(first(Tile::Kind::Exit));
-    EXPECT_THAT(done_, ElementsAre("create", "/mnt/ext1/My pictures/old.bmp", "leave"));
-}
-
 TEST_F(ExplorerTest, PagesHoldTwelveTilesAndNeitherLoseNorRepeatAPicture) {
     for (int i = 0; i < 24; ++i) addPicture(std::to_string(i) + ".bmp", i);
     explorer_.show();
@@ -78,7 +68,7 @@ TEST_F(ExplorerTest, PagesHoldTwelveTilesAndNeitherLoseNorRepeatAPicture) {
     EXPECT_THAT(done_, IsEmpty());
 }
 
-TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {
+TEST_F(ExplorerTest, APressLiftedInItsOwnTileCreatesOpensOrLeaves) {
     addPicture("a.bmp", 1);
     explorer_.show();
     const Point create = centre(first(Tile::Kind::NewPicture)), picture = centre(first(Tile::Kind::Picture));
@@ -90,7 +80,9 @@ TEST_F(ExplorerTest, OnlyAPressLiftedInItsOwnTileCounts) {
     EXPECT_THAT(done_, IsEmpty());
     const Point near{picture.x + 9, picture.y};
     events({{kPointerDown, picture}, {kPointerMove, near}, {kPointerUp, near}});
-    EXPECT_EQ(done_.size(), 1U);
+    tap(first(Tile::Kind::NewPicture));
+    tap(first(Tile::Kind::Exit));
+    EXPECT_THAT(done_, ElementsAre("/mnt/ext1/My pictures/a.bmp", "create", "leave"));
     EXPECT_EQ(explorer_.handle(99, 0, 0), 0);
 }
 

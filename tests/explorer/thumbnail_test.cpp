@@ -19,7 +19,7 @@ BitmapPtr drawing(int depth) {
 }
 
 TEST(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
-    for (const int channels : {1, 3}) {
+    for (const int channels : {1, 3})
         for (const host::Size to : {host::Size{120, 12}, {90, 9}, {70, 7}}) {
             const BitmapPtr large = drawing(8 * channels), small = host::shrunk(drawing(8 * channels), to);
             ASSERT_EQ((host::Size{small->width, small->height}), to);
@@ -33,7 +33,6 @@ TEST(Thumbnail, EachPixelIsTheMeanOfWhatItCovers) {
                 ASSERT_NEAR(bitmap_pixels(small.get())[i], sum / (160 * 16), 1.5) << to.w << " " << i;
             }
         }
-    }
     BitmapPtr white = host::makeBitmap(1404, 1764, 24);
     std::memset(bitmap_pixels(white.get()), 0xFF, host::pixelBytes(*white));
     EXPECT_THAT(scratch::pixels(*host::shrunk(std::move(white), {299, 376})), testing::Each(255));

@@ -2,22 +2,24 @@
 #include "platform/host/files/picture_file.h"
 
 #include <gtest/gtest.h>
-#include <png.h>
 
 #include "files/scratch.h"
 
 namespace {
 
-using host::BitmapPtr;
+using namespace std::string_literals;
+using host::Formats;
 using scratch::Bytes;
-namespace fs = std::filesystem;
 
 struct PictureFile : testing::Test {
-    void expectRead(const char* kind, std::string_view file, const Bytes& expected) {
-        const BitmapPtr picture = host::loadPicture(folder_.write("a.bmp", file), error_);
-        ASSERT_NE(picture, nullptr) << kind << ": " << error_;
-        EXPECT_EQ(picture->depth, expected.size() == 2 ? 8 : 24) << kind;
-        EXPECT_EQ(scratch::pixels(*picture), expected) << kind;
+    host::Picture read(std::string_view file, Formats formats) {
+        return host::readPicture(folder_.write("a.jpg", file), formats, error_);
+    }
+    void expectRead(const char* name, bool whole, const Bytes& expected) {
+        const host::Picture picture = read(scratch::sample(name), Formats::All);
+        ASSERT_NE(picture.bitmap, nullptr) << name << ": " << error_;
+        EXPECT_EQ(picture.whole, whole) << name;
+        EXPECT_EQ(scratch::pixels(*picture.bitmap), expected) << name;
     }
 
     TemporaryFolder folder_;
@@ -26,81 +28,53 @@ struct PictureFile : testing::Test {
 
 TEST_F(PictureFile, ComesBackAsItWasSaved) {
     // Widths around the padding of rows.
-    for (const int width : {1, 2, 3, 4, 5, 6, 10, 11, 47, 1404}) {
-        for (const int depth : {8, 24}) {
-            for (const char* name : {"a.bmp", "a.png", "A.BMP"}) {
-                const BitmapPtr picture = scratch::noise(width, 33, depth);
-                ASSERT_TRUE(host::savePicture(folder_ / name, *picture, error_)) << error_;
-                const BitmapPtr loaded = host::loadPicture(folder_ / name, error_);
-                EXPECT_TRUE(scratch::same(loaded.get(), picture.get())) << name << width << "x" << depth;
-            }
+    for (const int width : {1, 2, 3, 4, 5, 6, 10, 11, 47, 1404})
+        for (const auto& [name, depth] : {std::pair("a.bmp", 8), {"A.BMP", 24}, {"a.png", 8}, {"a.png", 24}}) {
+            const host::BitmapPtr picture = scratch::noise(width, 33, depth);
+            ASSERT_TRUE(host::savePicture(folder_ / name, *picture, error_)) << error_;
+            const host::BitmapPtr loaded = host::loadPicture(folder_ / name, error_);
+            EXPECT_TRUE(scratch::same(loaded.get(), picture.get())) << name << width << "x" << depth;
         }
-    }
 }
 
-/// A BMP of 3 × 2 pixels with the 40-byte header, in words of 16 bits; `tables` are masks and palette.
-std::u16string bmp(bool topDown, char16_t bits, char16_t compression, const std::u16string& tables,
-                   const std::u16string& pixels) {
-    const auto start = static_cast<char16_t>(54 + 2 * tables.size());
-    const char16_t height = topDown ? 0xFFFE : 2, sign = topDown ? 0xFFFF : 0, colours = bits <= 8 ? 3 : 0;
-    return std::u16string{0x4D42, 0, 0, 0, 0, start, 0, 40, 0, 3, 0, height, sign, 1, bits, compression} +
-           std::u16string{0, 0, 0, 0, 0, 0, 0, colours, 0, 0, 0} + tables + pixels;
+TEST_F(PictureFile, OfEveryKindIsReadAndComesOntoWhite) {
+    // Above: red, black, white. Below: white, red, black.
+    const Bytes flag{255, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 0, 0, 0, 0, 0};
+    for (const char* name : {"bits4.bmp", "bits8.bmp", "core8.bmp", "rle4.bmp", "bits16.bmp", "bits565.bmp",
+                             "topdown24.bmp", "bits32.bmp"})
+        expectRead(name, true, flag);
+    expectRead("grey_alpha.png", false, {127, 255});
+    expectRead("colour_alpha.png", false, {200, 100, 0, 244, 224, 204});
+    expectRead("opaque.png", true, {1, 2, 3, 4, 5, 6});
+    expectRead("grey_palette.png", true, {4, 9});
+    expectRead("palette_alpha.png", false, {255, 255, 255, 1, 2, 3});
+    // The library says of it that its light is linear; the values count.
+    expectRead("grey16.png", false, {0x34, 0x80});
+    expectRead("small.gif", false, {255, 0, 0, 255, 255, 255});
+    expectRead("small.tif", false, {255, 0, 0, 0, 255, 0});
+    EXPECT_EQ(read(scratch::sample("small.gif"), Formats::Pages).bitmap, nullptr);
 }
 
-TEST_F(PictureFile, EveryKindOfBmpIsRead) {
-    // Above: red, black, white. Below: white, red, black. The palette is black, red, white.
-    const std::u16string palette{0, 0, 0, 0xFF, 0xFFFF, 0xFF};
-    const std::pair<const char*, std::u16string> kinds[]{
-        {"4 bits", bmp(false, 4, 0, palette, {0x21, 0, 0x2010, 0})},
-        {"8 bits", bmp(false, 8, 0, palette, {0x0102, 0, 1, 2})},
-        {"8 bits, OS/2", {0x4D42, 0, 0, 0, 0, 36, 0, 12, 0, 3, 2, 1, 8, 0, 0, 0xFF00, 0xFFFF, 0xFF, 0x0102, 0, 1, 2}},
-        {"RLE4", bmp(false, 4, 2, palette, {0x0300, 0x21, 0, 0x1002, 0x2001, 0x0100})},
-        {"16 bits", bmp(false, 16, 0, {}, {0x7FFF, 0x7C00, 0, 0, 0x7C00, 0, 0x7FFF, 0})},
-        {"565", bmp(false, 16, 3, {0xF800, 0, 0x7E0, 0, 0x1F, 0}, {0xFFFF, 0xF800, 0, 0, 0xF800, 0, 0xFFFF, 0})},
-        {"top-down", bmp(true, 24, 0, {}, {0, 0xFF, 0, 0xFFFF, 0xFF, 0, 0xFFFF, 0xFF, 0xFF00, 0, 0, 0})},
-        {"32 bits", bmp(false, 32, 0, {}, {0xFFFF, 0xFF, 0, 0xFF, 0, 0, 0, 0xFF, 0, 0, 0xFFFF, 0xFF})},
-    };
-    for (const auto& [name, words] : kinds)
-        expectRead(name, {reinterpret_cast<const char*>(words.data()), 2 * words.size()},
-                   {255, 0, 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 0, 0, 0, 0, 0});
-}
-
-/// A PNG file of two pixels, in one of the library's formats.
-std::string png(png_uint_32 format, const Bytes& pixels, const Bytes& colours = {}) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = 2;
-    image.height = 1;
-    image.format = format;
-    image.colormap_entries = 2;
-    std::string file(1000, '\0');
-    png_alloc_size_t size = file.size();
-    png_image_write_to_memory(&image, file.data(), &size, 0, pixels.data(), 0, colours.data());
-    return file.substr(0, size);
-}
-
-TEST_F(PictureFile, EveryKindOfPngIsReadAndComesOntoWhite) {
-    expectRead("grey, alpha", png(PNG_FORMAT_GA, {0, 128, 7, 0}), {127, 255});
-    expectRead("colour, alpha", png(PNG_FORMAT_RGBA, {200, 100, 0, 255, 200, 100, 0, 51}),
-               {200, 100, 0, 244, 224, 204});
-    expectRead("grey palette", png(PNG_FORMAT_RGB_COLORMAP, {1, 0}, {9, 9, 9, 4, 4, 4}), {4, 9});
-    expectRead("palette, alpha", png(PNG_FORMAT_RGBA_COLORMAP, {1, 0}, {1, 2, 3, 255, 4, 5, 6, 0}),
-               {255, 255, 255, 1, 2, 3});
-    // The library says of these that their light is linear; the values count.
-    expectRead("16 bits", png(PNG_FORMAT_LINEAR_Y, {0x12, 0x34, 0x12, 0x80}), {0x34, 0x80});
-}
-
-TEST_F(PictureFile, IsWholeWhenARecordHoldsAllOfIt) {
-    for (const auto& [whole, file] : {std::pair(true, png(PNG_FORMAT_RGB_COLORMAP, {1, 0}, {9, 9, 9, 4, 4, 4})),
-                                      std::pair(true, png(PNG_FORMAT_RGBA, {1, 2, 3, 255, 4, 5, 6, 255})),
-                                      std::pair(false, png(PNG_FORMAT_RGBA, {1, 2, 3, 255, 4, 5, 6, 254})),
-                                      std::pair(false, png(PNG_FORMAT_LINEAR_Y, {0x12, 0x34, 0x12, 0x80}))})
-        EXPECT_EQ(host::readPicture(folder_.write("a.png", file), host::Formats::Pages, error_).whole, whole) << error_;
-    for (const std::uint8_t alpha : scratch::Bytes{254, 255}) {
-        BitmapPtr picture = scratch::noise(3, 2, 32);
-        for (int i = 3; i < 24; i += 4) bitmap_pixels(picture.get())[i] = alpha;
-        ASSERT_TRUE(host::savePicture(folder_ / "a.bmp", *picture, error_)) << error_;
-        EXPECT_EQ(host::readPicture(folder_ / "a.bmp", host::Formats::Pages, error_).whole, alpha == 255) << error_;
+TEST_F(PictureFile, APhotographStandsUpright) {
+    for (const auto& [orientation, tall, right, below] : {std::tuple('\1', false, false, false),
+                                                          {'\2', false, true, false},
+                                                          {'\3', false, true, true},
+                                                          {'\4', false, false, true},
+                                                          {'\5', true, false, false},
+                                                          {'\6', true, true, false},
+                                                          {'\7', true, true, true},
+                                                          {'\10', true, false, true},
+                                                          {'\11', false, false, false}}) {
+        const std::string notes =
+            "\xFF\xE1\0\x22"s + "Exif\0\0MM\0\x2A\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1\0"s + orientation + "\0\0\0\0\0\0"s;
+        const host::BitmapPtr bitmap = read(scratch::sample("quarter.jpg").insert(2, notes), Formats::All).bitmap;
+        ASSERT_NE(bitmap, nullptr) << error_;
+        const int width = tall ? 16 : 32, height = tall ? 32 : 16;
+        ASSERT_EQ(std::pair(+bitmap->width, +bitmap->height), std::pair(width, height));
+        const auto black = [&](bool x, bool y) {
+            return host::bitmapRow(*bitmap, y ? height - 3 : 2)[3 * (x ? width - 3 : 2)] < 128;
+        };
+        EXPECT_TRUE(black(right, below) && !black(!right, below) && !black(right, !below)) << +orientation;
     }
 }
 

@@ -17,6 +17,11 @@ inline Bytes pixels(const bitmap_s& bitmap) {
     return {bitmap_pixels(&bitmap), bitmap_pixels(&bitmap) + host::pixelBytes(bitmap)};
 }
 
+/// A file of the small pictures of every kind, which are the seeds of their fuzzer too.
+inline std::string sample(const std::string& name) {
+    return contentOf(COLOUR_SOURCE_DIR "/tests/fuzz/seeds/picture/" + name);
+}
+
 /// A picture of noise, the same for the same seed.
 inline host::BitmapPtr noise(int width, int height, int depth, unsigned seed = 1) {
     host::BitmapPtr bitmap = host::makeBitmap(width, height, depth);

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <png.h>
 
-#include "files/photographs.h"
 #include "files/scratch.h"
 #include "platform/host/keep/recovery.h"
 #include "support/app.h"
@@ -163,10 +162,10 @@ TEST_F(KeeperTest, WhatAPageCannotHoldStaysAndIsDrawnOnBesideIt) {
         {"deep.png", png(PNG_FORMAT_LINEAR_RGB)},
         {"deepgrey.png", png(PNG_FORMAT_LINEAR_Y)},
         {"deepalpha.png", png(PNG_FORMAT_LINEAR_RGB_ALPHA)},
-        {"page.jpg", bytes(scratch::jpeg())},
-        {"a.gif", bytes(scratch::gif())},
-        {"a.tiff", bytes(scratch::tiff())},
-        {"a.webp", bytes(scratch::webp())},
+        {"page.jpg", bytes(scratch::sample("quarter.jpg"))},
+        {"a.gif", bytes(scratch::sample("small.gif"))},
+        {"a.tiff", bytes(scratch::sample("small.tif"))},
+        {"a.webp", bytes(scratch::sample("small.webp"))},
         {"named.jpeg",
          [](const fs::path& file) {
              bitmap(kPage, 24)(file.string() + ".bmp");

@@ -7,12 +7,13 @@
 
 #include "support/program.h"
 
-namespace host {
 namespace {
+
+using namespace host;
 
 struct CommandLineOptions : testing::Test {
     CommandLineOptions() {
-        for (const char* name : {"picture.BMP", "photo.JPeG", "plain", "theme.ini"}) folder.write(name, "any");
+        for (const char* name : {"photo.JPeG", "plain", "theme.ini"}) folder.write(name, "any");
         std::filesystem::current_path(folder.path());
     }
     ~CommandLineOptions() override { std::filesystem::current_path("/"); }
@@ -31,11 +32,11 @@ struct CommandLineOptions : testing::Test {
 
 TEST_F(CommandLineOptions, AreAllTaken) {
     const Options options = read(
-        "picture.BMP --display=browser --port 65535 --listen :: --password-file plain --host-name a --host-name b "
+        "photo.JPeG --display=browser --port 65535 --listen :: --password-file plain --host-name a --host-name b "
         "--storage s --theme . --language pt_BR --script plain --trace t --waveforms --log 2");
     const std::vector<std::string> texts{options.picture, options.listen,   options.passwordFile, options.storage,
                                          options.theme,   options.language, options.script,       options.trace};
-    EXPECT_EQ(texts, (std::vector<std::string>{"picture.BMP", "::", "plain", "s", ".", "pt_BR", "plain", "t"}));
+    EXPECT_EQ(texts, (std::vector<std::string>{"photo.JPeG", "::", "plain", "s", ".", "pt_BR", "plain", "t"}));
     EXPECT_EQ(options.hostNames, (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(options.display, DisplayKind::Browser);
     EXPECT_EQ(std::pair(options.port, options.logLevel), std::pair(65'535, 2));
@@ -44,35 +45,24 @@ TEST_F(CommandLineOptions, AreAllTaken) {
     EXPECT_EQ(read("--clock 5000000000 --waveforms --display headless").clock, 5'000'000'000);
     EXPECT_EQ(read("--port 1").display, DisplayKind::Automatic) << "which may become the browser";
     EXPECT_EQ(read("--panel 1404x217@600").device.height, 217) << "one row to draw on";
-    EXPECT_EQ(read("--panel 8192x8300@300").device.width, 8192);
-    EXPECT_EQ(read("photo.JPeG").picture, "photo.JPeG");
 }
 
 TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
     const std::pair<const char*, std::string> cases[]{
         {"--bogus", ".*--bogus"},
-        {"picture.BMP --new", "give a PICTURE or --new, not both"},
+        {"photo.JPeG --new", "give a PICTURE or --new, not both"},
         {"plain", "'plain' is not a picture: .*"},
         {"gone.png", "cannot read the picture 'gone.png': no such file or folder"},
-        {"--panel 199x800@167", "--panel 199x800@167: .*"},
         {"--panel 600x10001@167", "--panel .*sides from 200 to 10000 pixels.*"},
-        {"--panel 600x800@167,grey,", "--panel .*''"},
         {"--panel 600x800@167,grey,scale=2,colour", "--panel .*each once.*'colour'"},
-        {"--panel 600x800@167,scale=nan", "--panel .*0.25 to 8.*"},
         {"--panel 600x800@167,platform=x", "--panel .*platform.*"},
         {"--panel 1404x216@600", "--panel .*its toolbar would be higher than the panel"},
         {"--panel 200x4000@1200", "--panel .*its .back. button would be off the screen"},
-        {"--panel 200x200@1200,scale=8", "--panel .*would.*"},
         {"--panel 8200x8300@300", "--panel .*more pixels than a picture can be saved with"},
         {"--port 80 --display window", "--port is for the browser display alone"},
-        {"--listen :: --display headless", "--listen is for the browser display alone"},
-        {"--password-file plain --display headless", "--password-file is .*"},
-        {"--display headless --host-name a", "--host-name is .*"},
         {"--clock 7", "--clock is for the headless display alone"},
         {"--display wall", "--display wall: .*"},
-        {"--port 0", "--port 0: .*"},
         {"--port 010x", "--port 010x: .*"},
-        {"--log 99999999999999999999", "--log .*"},
         {"--script .", "cannot read the script '.': a folder, not a file"},
         {"--theme plain", "cannot read the theme 'plain': not a folder"},
         {"--language d3", "--language d3: .*"},
@@ -82,4 +72,3 @@ TEST_F(CommandLineOptions, ThatAreWrongEndTheProgramWithOneLine) {
 }
 
 }  // namespace
-}  // namespace host

@@ -1,3 +1,4 @@
+// Scripts are played, and traces written.
 #include "platform/host/session/script.h"
 
 #include <gmock/gmock.h>
@@ -6,6 +7,7 @@
 
 #include "desk/world.h"
 #include "platform/host/record/json.h"
+#include "platform/host/record/trace.h"
 
 namespace host::test {
 namespace {
@@ -43,16 +45,13 @@ TEST(Scripts, PlayTheirCommandsInOrder) {
 TEST(Scripts, EndAtAWrongLineAndNameIt) {
     const std::pair<std::string, const char*> cases[]{
         {"bogus 1", "unknown command \"bogus\""},
-        {"\"tap\"", "unknown command \"\\\"tap\\\"\""},
         {"down 1 # 2", "an argument is missing (down X Y)"},
-        {"quit now", "too much on the line (quit)"},
         {"down +1 2", "expected a number, not \"+1\" (down X Y)"},
         {"down 2147483648 2", "number out of range: \"2147483648\" (down X Y)"},
         {"open x.bmp", "expected a string in double quotes (open \"PATH\")"},
         {"open \"x", "the string has no end (open \"PATH\")"},
         {"open \"x\\", "unknown escape in the string (open \"PATH\")"},
         {"open \"\\ud800\"", "a \\u escape in the string is no character (open \"PATH\")"},
-        {"open \"\\u0000\"", "a \\u escape in the string is no character (open \"PATH\")"},
         {"open \"a\tb\"", "a control character in the string must be escaped (open \"PATH\")"},
         {"open \"\xC3\"", "the string is not UTF-8 (open \"PATH\")"},
         {"open \"a\"b", "too much on the line (open \"PATH\")"},
@@ -68,6 +67,24 @@ TEST(Scripts, EndAtAWrongLineAndNameIt) {
         EXPECT_EQ(play(world, "wait 1\n" + line + "\nwait 1000\n"), std::pair(2, said));
         EXPECT_EQ(world.clock.now(), Instant{1});
     }
+}
+
+TEST(TraceStrings, EscapeOnlyWhatJsonAsksForAndAreReadBack) {
+    EXPECT_EQ(jsonQuoted("/\"\\\b\f\n\r\t"), R"("/\"\\\b\f\n\r\t")");
+    EXPECT_EQ(jsonQuoted(std::string("\x01\x1f\0\x7f", 4)), "\"\\u0001\\u001f\\u0000\x7f\"");
+    EXPECT_EQ(jsonQuoted("\xE2\x82z\xF0\x9F\x98\""), "\"\uFFFDz\uFFFD\\\"\"") << "broken UTF-8";
+}
+
+TEST(TraceFile, ThatCannotBeWrittenIsToldOnce) {
+    Trace trace;
+    std::string error;
+    EXPECT_FALSE(trace.open("/nowhere/trace", {}, false, error));
+    EXPECT_EQ(error, "cannot write the trace '/nowhere/trace': No such file or directory");
+
+    internal::CaptureStderr();
+    EXPECT_TRUE(trace.open("/dev/full", {}, false, error));
+    trace.call("ClearScreen");
+    EXPECT_EQ(internal::GetCapturedStderr(), "colour: the trace '/dev/full' ends here: No space left on device\n");
 }
 
 TEST(StandardStreams, ThatAreClosedLeaveTheirPlaceToNoFile) {

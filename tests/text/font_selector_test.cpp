@@ -8,8 +8,9 @@
 #include "platform/host/touch/pointer_event.h"
 #include "support/test_desk.h"
 
-namespace host {
 namespace {
+
+using namespace host;
 
 std::vector<std::string> answer;
 
@@ -52,21 +53,17 @@ struct FontSelectorTest : testing::Test {
 
 TEST_F(FontSelectorTest, AnswersWithWhatWasTapped) {
     const std::vector<std::string> families = scene->text.families("en");
+    const auto family = [&](int place) { return families.at(static_cast<std::size_t>(place)) + ",28"; };
     const int rows = boxes.rows, count = static_cast<int>(families.size()), lastPage = (count - 1) / rows * rows;
     const auto place = static_cast<int>(std::ranges::find(families, "Noto Serif") - families.begin());
     const Rect ok = boxes.ok, previous = boxes.previous, next = boxes.next;
-    const std::vector<std::tuple<const char*, std::vector<Rect>, int, const char*>> cases{
-        {"DejaVu Sans,28", {row(2), boxes.sizeButtons[0], ok}, 2, ",8"},
-        {"DejaVu Sans,28", {next, row(0), ok}, rows, ",28"},
-        {"DejaVu Sans,28", {previous, next, row(0), ok}, 0, ",28"},
-        // A row without a font leaves the choice.
-        {"DejaVu Sans,28",
-         {previous, row(0), row(rows - 1), ok},
-         lastPage + rows > count ? lastPage : count - 1,
-         ",28"},
-        {"Noto Serif,28", {row(0), ok}, place / rows * rows, ",28"}};
-    for (const auto& [font, taps, family, size] : cases)
-        EXPECT_EQ(answered(font, taps), families.at(static_cast<std::size_t>(family)) + size);
+    EXPECT_EQ(answered("DejaVu Sans,28", {row(2), boxes.sizeButtons[0], ok}), families[2] + ",8");
+    EXPECT_EQ(answered("DejaVu Sans,28", {next, row(0), ok}), family(rows));
+    EXPECT_EQ(answered("DejaVu Sans,28", {previous, next, row(0), ok}), family(0));
+    EXPECT_EQ(answered("DejaVu Sans,28", {previous, row(0), row(rows - 1), ok}),
+              family(lastPage + rows > count ? lastPage : count - 1))
+        << "a row without a font leaves the choice";
+    EXPECT_EQ(answered("Noto Serif,28", {row(0), ok}), family(place / rows * rows));
     EXPECT_EQ(answered("DejaVu Serif,36", {ok}), "DejaVu Serif,36");
     EXPECT_THAT(answer, testing::ElementsAre("DejaVu Serif,36", "DejaVu Serif", "36", ""));
     EXPECT_EQ(answered("DejaVu Serif,36", {row(2), boxes.cancel}), "none");
@@ -102,4 +99,3 @@ TEST_F(FontSelectorTest, StaysWithinItsPanelWithLargeTargetsApart) {
 }
 
 }  // namespace
-}  // namespace host

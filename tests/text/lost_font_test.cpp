@@ -3,8 +3,9 @@
 #include "platform/host/screen/text.h"
 #include "support/temporary_folder.h"
 
-namespace host {
 namespace {
+
+using namespace host;
 
 namespace fs = std::filesystem;
 
@@ -68,4 +69,3 @@ TEST_F(LostFont, ADamagedOneIsLeftOut) {
 }
 
 }  // namespace
-}  // namespace host
