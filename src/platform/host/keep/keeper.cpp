@@ -1,13 +1,6 @@
 #include "platform/host/keep/keeper.h"
 
-#include <fcntl.h>
-#include <glib.h>
-#include <sys/file.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <system_error>
 #include <utility>
 
 #include "platform/host/files/names.h"
@@ -21,10 +14,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-void say(const std::string& line) { std::fprintf(stderr, "colour: %s\n", line.c_str()); }
-
-std::string nameOf(const fs::path& file) { return printable(file.filename()); }
 
 bool hasColour(const bitmap_s& bitmap) {
     for (int y = 0; bitmap.depth == 24 && y < bitmap.height; ++y) {
@@ -43,48 +32,49 @@ Size sizeOf(const Picture& picture) {
 
 Keeper::Keeper(const Storage& storage, const Languages& languages, Text& text, const Screen& screen)
     : storage_(storage),
-      languages_(languages),
       text_(text),
       screen_(screen),
-      folder_(storage.root() / kRecoveryFolder) {}
+      folder_(storage.root() / kRecoveryFolder),
+      notices_(languages),
+      unsaved_(notices_) {}
 
 void Keeper::recover(const std::string& name) {
     for (const LeftPage& left : recoverPages(storage_, name)) {
         if (!left.error.empty()) {
             say(left.error);
-            tell("@NotSaved", {left.error});
+            notices_.tell("@NotSaved", {left.error});
         } else if (left.deleted) {
             say(printable(left.picture) + ": was left blank and is in the trash");
-            tell("@Deleted", {nameOf(left.picture)});
+            notices_.tell("@Deleted", {nameOf(left.picture)});
         } else {
             say(printable(left.picture) + ": brought back after an interruption");
-            tell("@Recovered", {nameOf(left.picture)});
+            notices_.tell("@Recovered", {nameOf(left.picture)});
         }
     }
 }
 
 std::optional<Notice> Keeper::prepare(const std::string& devicePath, std::string& error) {
-    saveAgain();
+    unsaved_.saveAgain();
     prepared_.reset();
-    auto held = std::make_unique<Held>(devicePath, storage_.resolve(devicePath));
-    if (!lock(*held, error)) return Notice{error};
+    auto held = std::make_unique<HeldPicture>(devicePath, storage_.resolve(devicePath));
+    if (!take(*held, error)) return Notice{error};
     held->file.before = stateOf(held->file.path);
     held->picture = readPicture(held->file.path, Formats::All, error);
     if (held->picture.bitmap == nullptr)
-        return Notice{held->file.before.exists ? languages_.text("@DamagedPicture") : std::string()};
+        return Notice{held->file.before.exists ? notices_.worded("@DamagedPicture") : std::string()};
     prepared_ = std::move(held);
     return reserve(*prepared_, error) ? std::nullopt : std::optional(cannotSave(error));
 }
 
 std::optional<Notice> Keeper::prepareNew(std::string& error) {
-    saveAgain();
+    unsaved_.saveAgain();
     prepared_.reset();
-    Held trial("", storage_.pictureFolder() / "picture.bmp");
+    HeldPicture trial("", storage_.pictureFolder() / "picture.bmp");
     if (reserve(trial, error)) return std::nullopt;
     return cannotSave(error);
 }
 
-Notice Keeper::takeNotice() { return std::exchange(notice_, {}); }
+Notice Keeper::takeNotice() { return notices_.take(); }
 
 BitmapPtr Keeper::load(const char* devicePath, std::string& error) {
     letGo();
@@ -94,8 +84,8 @@ BitmapPtr Keeper::load(const char* devicePath, std::string& error) {
         if (losesAnything(open_->picture) || sizeOf(open_->picture) != pageSize() || !isPageName(open_->file.path))
             standBeside();
     } else {
-        open_ = std::make_unique<Held>(path, storage_.resolve(path));
-        if (std::string taken; !lock(*open_, taken)) {
+        open_ = std::make_unique<HeldPicture>(path, storage_.resolve(path));
+        if (std::string taken; !take(*open_, taken)) {
             say(taken);
             standBeside();
         }
@@ -124,7 +114,7 @@ void Keeper::captured(Rect area, const SharedPage& page) {
     if (first) {
         open_->loaded = page;
     } else {
-        note(page);
+        open_->note(page);
     }
 }
 
@@ -135,7 +125,7 @@ void Keeper::drawn(const bitmap_s* bitmap) {
         drawnText_.reset();
         if (open_ == nullptr || open_->page == page) return;
         open_->page = page;
-        note(page);
+        open_->note(page);
         return;
     }
 }
@@ -151,14 +141,14 @@ void Keeper::shown() {
     const bool noted = drawnText_ ? notedText_ && drawnText_->isMoved(*notedText_) : !notedText_;
     if (noted) return;
     notedText_ = drawnText_;
-    note(drawnText_ ? SharedPage(withText(*open_->page, *drawnText_)) : open_->page);
+    open_->note(drawnText_ ? SharedPage(withText(*open_->page, *drawnText_)) : open_->page);
 }
 
 int Keeper::save(const char* devicePath, const bitmap_s* page) {
     if (!isOpen(devicePath)) {
         letGo();
         const std::string path = devicePath != nullptr ? devicePath : "";
-        open_ = std::make_unique<Held>(path, storage_.resolve(path));
+        open_ = std::make_unique<HeldPicture>(path, storage_.resolve(path));
         open_->file.notWhole = stateOf(open_->file.path).exists;
     }
     if (page == nullptr) {
@@ -166,12 +156,12 @@ int Keeper::save(const char* devicePath, const bitmap_s* page) {
         return 0;
     }
     std::string error;
-    if (!isAsLoaded(*open_, *page) && !store(*open_, *page, error)) {
+    if (!open_->isAsLoaded(*page) && !open_->save(*page, notices_, error)) {
         const SharedPage copy(rotateBitmap(*page, 0));
         failed(copy != nullptr ? copy : open_->page, error);
         return 0;
     }
-    finished(*open_);
+    open_->finish();
     open_.reset();
     return 1;
 }
@@ -179,9 +169,9 @@ int Keeper::save(const char* devicePath, const bitmap_s* page) {
 int Keeper::remove(const char* devicePath, Removal why) {
     if (devicePath == nullptr) return -1;
     if (!isOpen(devicePath)) return moveAway(storage_.resolve(devicePath));
-    const std::unique_ptr<Held> held = std::move(open_);
+    const std::unique_ptr<HeldPicture> held = std::move(open_);
     KeptPicture& file = held->file;
-    const bool changed = held->page == nullptr || !isAsLoaded(*held, *held->page);
+    const bool changed = held->page == nullptr || !held->isAsLoaded(*held->page);
     int result = 0;
     if (why == Removal::Ordered) {
         // What was drawn since the picture was opened comes back with it; where it cannot be saved, at least the rest.
@@ -191,11 +181,11 @@ int Keeper::remove(const char* devicePath, Removal why) {
         if (drawn && !file.save(*held->page, held->room.get(), aside, error)) say(error);
         result = moveAway(file.path);
     } else if (changed && !file.isAsLoaded() && stateOf(file.path).exists) {
-        tell("@ChangedElsewhere", {nameOf(file.path)});
+        notices_.tell("@ChangedElsewhere", {nameOf(file.path)});
     } else if (changed) {
         result = moveAway(file.path);
     }
-    finished(*held);
+    held->finish();
     return result;
 }
 
@@ -205,55 +195,39 @@ void Keeper::notSaved() {
 }
 
 void Keeper::abandon() {
-    if (open_ != nullptr) finished(*open_);
+    if (open_ != nullptr) open_->finish();
     open_.reset();
 }
 
 bool Keeper::finish() {
     prepared_.reset();
     letGo();
-    saveAgain();
-    return !misplaced_ && unsaved_.empty();
+    unsaved_.saveAgain();
+    return unsaved_.allInPlace();
 }
 
-bool Keeper::lock(Held& held, std::string& error) {
-    held.journal.reset();
-    std::error_code ignored;
-    fs::create_directories(folder_, ignored);
-    bool taken = false;
+bool Keeper::take(HeldPicture& held, std::string& error) {
     const std::string name = recoveryName(held.file.path);
     if (hasLeftPages(folder_, name)) recover(name);
-    std::optional<FileHandle> lock = lockFile(folder_ / name, taken);
-    error = worded("@InUse", {printable(held.file.path)});
-    if (taken) return false;
-    if (lock && hasLeftPages(folder_, name)) {
-        error = printable(held.file.path) + ": an earlier page of it waits in " + printable(folder_);
-        return false;
-    }
-    // A program with a storage of its own has other journals, but the same picture.
-    held.pictureLock = FileHandle(::open(held.file.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (held.pictureLock.isOpen() && ::flock(held.pictureLock.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
-        return false;
-    if (lock) {
-        held.journal = std::make_unique<Journal>(folder_ / name, std::move(*lock), held.file.path);
-    } else {
-        say("what is drawn is not protected against a crash: " + printable(folder_) + " cannot be written");
+    switch (held.take(folder_)) {
+        case HeldPicture::Owner::Other:
+            error = notices_.worded("@InUse", {printable(held.file.path)});
+            return false;
+        case HeldPicture::Owner::EarlierPage:
+            error = printable(held.file.path) + ": an earlier page of it waits in " + printable(folder_);
+            return false;
+        case HeldPicture::Owner::This:
+            break;
     }
     return true;
 }
 
-bool Keeper::reserve(Held& held, std::string& error) {
+bool Keeper::reserve(HeldPicture& held, std::string& error) {
     // A page is no larger than the screen; what the formats add to its pixels is less than a row's end for each row.
     constexpr std::uint64_t kHeaders = 4096;
     constexpr std::uint64_t kRowEnd = 8;
     const Framebuffer& pixels = screen_.pixels();
-    const auto rows = static_cast<std::uint64_t>(pixels.size().h);
-    removeAbandoned(held.file.path.parent_path());
-    held.room = std::make_unique<Replacement>(held.file.path);
-    std::string reason;
-    if (held.room->reserve(rows * (pixels.stride() + kRowEnd) + kHeaders, reason)) return true;
-    error = printable(held.file.path.parent_path()) + ": " + reason;
-    return false;
+    return held.reserve(static_cast<std::uint64_t>(pixels.size().h) * (pixels.stride() + kRowEnd) + kHeaders, error);
 }
 
 bool Keeper::losesAnything(const Picture& picture) const {
@@ -267,16 +241,12 @@ bool Keeper::isLarger(const Picture& picture) const {
 
 Size Keeper::pageSize() const { return page_.empty() ? screen_.pixels().size() : page_.size(); }
 
-bool Keeper::isAsLoaded(const Held& held, const bitmap_s& page) {
-    return held.loaded != nullptr && samePixels(*held.loaded, page);
-}
-
 void Keeper::standBeside() {
     const fs::path original = open_->file.path;
     const auto isTaken = [this](const fs::path& name) {
         open_->file = {.path = name};
         std::string taken;
-        return isThere(name) || !lock(*open_, taken);
+        return isThere(name) || !take(*open_, taken);
     };
     const fs::path beside = freeName(original, "drawing", isTaken);
     open_->own = false;
@@ -285,29 +255,8 @@ void Keeper::standBeside() {
     if (!reserve(*open_, error)) say(error);
 }
 
-void Keeper::note(const SharedPage& page) {
-    if (page != nullptr && open_->journal != nullptr)
-        open_->journal->note(page, page == open_->loaded, open_->file.inWords());
-}
-
 bool Keeper::isOpen(const char* devicePath) const {
     return open_ != nullptr && devicePath != nullptr && open_->devicePath == devicePath;
-}
-
-bool Keeper::store(Held& held, const bitmap_s& page, std::string& error) {
-    fs::path aside;
-    if (!held.file.save(page, held.room.get(), aside, error)) return false;
-    if (!aside.empty()) {
-        say(printable(held.file.path) + ": another picture had this name; it is kept as " + nameOf(aside));
-        tell("@KeptAside", {nameOf(held.file.path), nameOf(aside)});
-    }
-    if (!held.own) tell("@DrawnBeside", {nameOf(storage_.resolve(held.devicePath)), nameOf(held.file.path)});
-    return true;
-}
-
-void Keeper::finished(Held& held) {
-    if (held.journal != nullptr) held.journal->discard();
-    held.journal.reset();
 }
 
 int Keeper::moveAway(const fs::path& file) {
@@ -317,20 +266,20 @@ int Keeper::moveAway(const fs::path& file) {
     if (!trashed) {
         const std::string line = printable(file) + ": cannot be deleted: " + reason;
         say(line);
-        tell("@NotDeleted", {line});
+        notices_.tell("@NotDeleted", {line});
         return -1;
     }
     Notice offer;
     if (!trashed->now.empty()) {
-        offer.button = languages_.text("@Undo");
+        offer.button = "@Undo";
         offer.act = [this, trashed = *trashed] {
             std::string error;
             if (restore(trashed, error)) return;
             say(printable(trashed.was) + ": " + error);
-            tell("@NotSaved", {printable(trashed.was) + ": " + error});
+            notices_.tell("@NotSaved", {printable(trashed.was) + ": " + error});
         };
     }
-    tell("@Deleted", {nameOf(file)}, std::move(offer));
+    notices_.tell("@Deleted", {nameOf(file)}, std::move(offer));
     return 0;
 }
 
@@ -338,80 +287,23 @@ void Keeper::failed(const SharedPage& page, const std::string& error) {
     say(error);
     if (page == nullptr) return;
     open_->page = page;
-    note(page);
-    unsaved_.push_back(std::move(open_));
-    tellUnsaved(error);
-}
-
-void Keeper::saveAgain() {
-    std::vector<std::unique_ptr<Held>> waiting = std::exchange(unsaved_, {});
-    for (std::unique_ptr<Held>& held : waiting) {
-        std::string error;
-        const std::string name = nameOf(held->file.path);
-        if (store(*held, *held->page, error)) {
-            tell("@Saved", {name});
-            finished(*held);
-            continue;
-        }
-        misplaced_ = true;
-        if (saveElsewhere(*held)) {
-            finished(*held);
-        } else if (held->journal != nullptr && held->journal->settle()) {
-            say(printable(held->file.path) + ": cannot be saved anywhere now; the next start brings it back");
-            tell("@KeptForNextStart", {name});
-        } else {
-            unsaved_.push_back(std::move(held));
-            tellUnsaved(error);
-        }
-    }
-}
-
-bool Keeper::saveElsewhere(const Held& held) {
-    for (const fs::path& folder : {fs::path(g_get_user_state_dir()) / "colour", fs::path(g_get_home_dir())}) {
-        const fs::path wished = folder / held.file.path.filename();
-        KeptPicture elsewhere{.path = isPageName(wished) ? unusedName(wished) : freeName(wished, "")};
-        fs::path aside;
-        std::string error;
-        if (!elsewhere.save(*held.page, nullptr, aside, error)) continue;
-        say(printable(held.file.path) + ": could not be saved; it is now " + printable(elsewhere.path));
-        tell("@SavedElsewhere", {nameOf(held.file.path), printable(elsewhere.path)});
-        return true;
-    }
-    return false;
+    open_->note(page);
+    unsaved_.keep(std::move(open_), error);
 }
 
 // Pages that the application has changed and let go of unsaved stay in the journal, where there is one.
 void Keeper::letGo() {
     if (open_ == nullptr) return;
     if (open_->page == open_->loaded) {
-        finished(*open_);
+        open_->finish();
     } else if (open_->journal == nullptr) {
         return failed(open_->page, printable(open_->file.path) + ": has not been saved");
     }
     open_.reset();
 }
 
-std::string Keeper::worded(const std::string& key, const std::vector<std::string>& words) const {
-    std::string text = languages_.text(key);
-    for (std::size_t i = words.size(); i > 0; --i) {
-        const std::string mark = "%" + std::to_string(i);
-        const std::size_t at = text.find(mark);
-        if (at != std::string::npos) text.replace(at, mark.size(), words[i - 1]);
-    }
-    return text;
-}
-
-void Keeper::tell(const std::string& key, const std::vector<std::string>& words, Notice offer) {
-    offer.text = (notice_.text.empty() ? "" : notice_.text + " ") + worded(key, words);
-    notice_ = std::move(offer);
-}
-
 Notice Keeper::cannotSave(const std::string& error) const {
-    return {worded("@CannotSave", {error}), languages_.text("@OpenAnyway")};
-}
-
-void Keeper::tellUnsaved(const std::string& error) {
-    tell("@NotSaved", {error}, {.button = languages_.text("@TryAgain"), .act = [this] { saveAgain(); }});
+    return {notices_.worded("@CannotSave", {error}), notices_.worded("@OpenAnyway")};
 }
 
 BitmapPtr Keeper::withText(const bitmap_s& page, const DrawnText& text) const {

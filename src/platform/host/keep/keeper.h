@@ -1,19 +1,15 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/host/files/languages.h"
-#include "platform/host/files/picture_file.h"
-#include "platform/host/files/replaced_file.h"
 #include "platform/host/files/storage.h"
-#include "platform/host/keep/journal.h"
-#include "platform/host/keep/kept_picture.h"
-#include "platform/host/keep/notice.h"
+#include "platform/host/keep/held_picture.h"
+#include "platform/host/keep/notices.h"
+#include "platform/host/keep/unsaved_pages.h"
 #include "platform/host/screen/screen.h"
 #include "platform/host/screen/text.h"
 
@@ -93,66 +89,35 @@ public:
     [[nodiscard]] bool finish();
 
 private:
-    /// A picture in this program's hands.
-    struct Held {
-        Held(std::string path, const std::filesystem::path& place) : devicePath(std::move(path)) {
-            file.path = std::filesystem::absolute(place);
-        }
-
-        std::string devicePath;
-        KeptPicture file;
-        bool own = true;  ///< false: the drawing stands beside the picture that was opened
-        Picture picture;
-        FileHandle pictureLock;
-        std::unique_ptr<Journal> journal;  ///< null where none can be kept
-        std::unique_ptr<Replacement> room;
-        bool seen = false;  ///< the first capture has come
-        SharedPage loaded;  ///< what it was; null where there was no memory for it
-        SharedPage page;
-    };
-
-    /// False, with one line in `error`, when another program has the picture or a page that could not be saved waits.
-    [[nodiscard]] bool lock(Held& held, std::string& error);
-    [[nodiscard]] bool reserve(Held& held, std::string& error);
+    /// Takes the picture for this program. False, with one line in `error`, where that cannot be.
+    [[nodiscard]] bool take(HeldPicture& held, std::string& error);
+    [[nodiscard]] bool reserve(HeldPicture& held, std::string& error);
     /// Makes the open picture one of its own, beside the one that it was made from.
     void standBeside();
     /// True when a page cannot hold all of it, whatever its size.
     [[nodiscard]] bool losesAnything(const Picture& picture) const;
     [[nodiscard]] bool isLarger(const Picture& picture) const;
     [[nodiscard]] Size pageSize() const;
-    [[nodiscard]] static bool isAsLoaded(const Held& held, const bitmap_s& page);
-    void note(const SharedPage& page);
     [[nodiscard]] bool isOpen(const char* devicePath) const;
-    [[nodiscard]] bool store(Held& held, const bitmap_s& page, std::string& error);
-    static void finished(Held& held);
     void letGo();
     [[nodiscard]] int moveAway(const std::filesystem::path& file);
     void failed(const SharedPage& page, const std::string& error);
-    void saveAgain();
-    [[nodiscard]] bool saveElsewhere(const Held& held);
-    /// The text of a key, with these words in the places of %1, %2.
-    [[nodiscard]] std::string worded(const std::string& key, const std::vector<std::string>& words) const;
-    void tell(const std::string& key, const std::vector<std::string>& words, Notice offer = {});
     [[nodiscard]] Notice cannotSave(const std::string& error) const;
-    void tellUnsaved(const std::string& error);
     [[nodiscard]] BitmapPtr withText(const bitmap_s& page, const DrawnText& text) const;
 
     const Storage& storage_;
-    const Languages& languages_;
     Text& text_;
     const Screen& screen_;
     std::filesystem::path folder_;  ///< of the journals
     Rect page_;                     ///< of the screen; empty until the first capture
 
-    std::unique_ptr<Held> prepared_;
-    std::unique_ptr<Held> open_;
+    Notices notices_;
+    UnsavedPages unsaved_;
+    std::unique_ptr<HeldPicture> prepared_;
+    std::unique_ptr<HeldPicture> open_;
     std::vector<std::weak_ptr<const bitmap_s>> captures_;
     std::optional<DrawnText> drawnText_;
     std::optional<DrawnText> notedText_;
-
-    std::vector<std::unique_ptr<Held>> unsaved_;
-    bool misplaced_ = false;  ///< a page is not where it belongs
-    Notice notice_;
 };
 
 }  // namespace host
