@@ -5,7 +5,7 @@
 #include <random>
 
 #include "browser/peer.h"
-#include "platform/host/browser/drawing.h"
+#include "platform/host/panel/drawing.h"
 
 using namespace host;
 using namespace std::chrono_literals;
@@ -201,8 +201,8 @@ TEST_F(BrowserDisturbance, AHangingClientIsDropped) {
 
 struct BrowserDrawing : testing::Test {
     /// What comes of a pointer's message, in words.
-    std::string does(int client, Action action, Kind kind, std::uint32_t id, std::vector<Point> path) {
-        std::string words = drawing_.pointer(client, {action, kind, id, std::move(path)}, now_) ? "" : "refused ";
+    std::string does(int client, Action action, Kind kind, std::uint64_t id, const std::vector<Point>& path) {
+        std::string words = drawing_.pointer(client, {action, kind, id}, path, now_) ? "" : "refused ";
         for (; !inputs_.empty(); inputs_.pop_front()) words += inWords(inputs_.front()) + ' ';
         return words;
     }

@@ -28,6 +28,10 @@ void Panel::refreshAtOnce(Rect area) {
     if (!area.empty()) display_.present(shown_, area);
 }
 
+void Panel::wetInk(const WetInk* ink) {
+    if (!waveforms_) display_.wetInk(ink);
+}
+
 void Panel::wait() {
     while (const std::optional<Instant> next = nextStep()) {
         clock_.advanceTo(*next);

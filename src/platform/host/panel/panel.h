@@ -25,6 +25,9 @@ public:
     /// Brings `area` up to date from the screen buffer as it is now; clipped to the screen.
     void update(Rect area, Waveform waveform);
 
+    /// What the pen has still to draw, for the display to show meanwhile (see Display::wetInk). E-ink shows none.
+    void wetInk(const WetInk* ink);
+
     /// Returns when every update in progress has finished. A virtual clock is moved on to that instant.
     void wait();
 
