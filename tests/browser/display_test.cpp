@@ -55,6 +55,25 @@ TEST(BrowserPicture, ShowsInkBeforeTheRestOfAPage) {
     while (!(*peer.picture == display.picture)) ASSERT_FALSE(peer.hear().empty());
 }
 
+TEST(BrowserPicture, WetInkComesAfterThePieceThatItGoesOnFrom) {
+    const WetInk ink{{{3, 2}, {90, 40}}, 0xFF0000, 7};
+    for (const auto& [format, colour] :
+         {std::pair(PixelFormat::Rgb24, "\xFF\0\0"s), std::pair(PixelFormat::Grey8, "\x4C\x4C\x4C"s)}) {
+        DisplayHost display(kSmall, format);
+        display.presentNoise({0, 0, kSmall.w, kSmall.h});
+        Peer peer(display);
+        peer.hearPixels(kSmall.w * kSmall.h);
+        display.run([&](Display& shown) {
+            shown.present(display.picture, {1, 1, 5, 5});
+            shown.wetInk(&ink);
+        });
+        EXPECT_EQ(peer.hear().front(), '\2');
+        EXPECT_EQ(peer.hear(), "\5\3\0\2\0\7\0"s + colour);
+        display.run([](Display& shown) { shown.wetInk(nullptr); });
+        EXPECT_EQ(peer.hear(), "\5");
+    }
+}
+
 TEST(BrowserPointer, StaysOnThePanelAndOthersAreTold) {
     DisplayHost display(kSmall);
     Peer first(display), second(display);
