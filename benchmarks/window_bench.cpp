@@ -182,8 +182,7 @@ std::vector<double> inkDelays(Pen& pen, int count) {
         const SteadyClock::time_point begin = SteadyClock::now();
         pen.put({kMonitor.w / 2 - kStep * kColumns / 2 + kStep * column, 250 + 2 * kStep * row});
         if (i == 0) pen.press();
-        constexpr std::chrono::milliseconds kPatience{50};
-        while (!pen.inked() && SteadyClock::now() - begin < kPatience) {
+        while (!pen.inked() && SteadyClock::now() - begin < kEventInterval) {
         }
         delays.push_back(std::chrono::duration<double, std::milli>(SteadyClock::now() - begin).count());
     }

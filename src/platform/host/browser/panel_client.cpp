@@ -128,7 +128,7 @@ std::optional<std::string> PanelClient::nextMessage() {
     }
     const Rect band = nextBand(stage_.shown->bytesPerPixel());
     if (band.empty()) return {};
-    pixelsSent_ = true;
+    pixelsSent_ = toldWet_ != stage_.wet;
     return pixelsMessage(*stage_.shown, band);
 }
 

@@ -78,7 +78,7 @@ private:
     bool toldRefused_ = false;
     std::optional<Rect> toldTyping_;
     std::optional<WetTip> toldWet_;
-    bool pixelsSent_ = false;  ///< and no wet ink since
+    bool pixelsSent_ = false;  ///< while wet ink waited
     Damage unsent_;
     Rect next_;  ///< being sent, from the top; the newest first, so that ink does not wait for a page on its way
     bool more_ = false;  ///< there may be more that is unsent than that

@@ -9,7 +9,7 @@ namespace {
 
 using lumora::graphics::CubicSpline;
 
-/// Pixels that a window's pixel beside the line may show of the picture too, where the panel is shown at a tenth.
+/// Pixels that a window's pixel beside the line may show of the picture too, in the smallest window of a large panel.
 constexpr int kAround = 10;
 
 void copy(const Framebuffer& from, Rect area, Framebuffer& to) {
@@ -28,9 +28,9 @@ void WetLine::follow(const WetInk* ink, const Framebuffer& shown) {
     area_ = area_.intersected(shown.bounds());
 }
 
-const Framebuffer& WetLine::over(const Framebuffer& shown) {
+const Framebuffer& WetLine::over(const Framebuffer& shown, Rect part) {
     if (!layer_) layer_.emplace(shown);
-    copy(shown, area_.inset(-kAround).intersected(shown.bounds()), layer_->picture);
+    copy(shown, part.inset(-kAround).intersected(shown.bounds()), layer_->picture);
     for (std::size_t i = 1; i < ink_.path.size(); ++i) {
         const Point from = ink_.path[i - 1];
         const Point to = ink_.path[i];

@@ -17,8 +17,8 @@ public:
     /// Where the line lies, in panel pixels; empty while there is none.
     [[nodiscard]] Rect area() const { return area_; }
 
-    /// The panel's picture with the line over it; true to it in and around the area only.
-    [[nodiscard]] const Framebuffer& over(const Framebuffer& shown);
+    /// The panel's picture with the line over it, in and around `part`, which the line lies in.
+    [[nodiscard]] const Framebuffer& over(const Framebuffer& shown, Rect part);
 
 private:
     struct Layer {

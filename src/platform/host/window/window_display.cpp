@@ -107,7 +107,9 @@ public:
         unseenInk_ = true;
     }
 
-    void flush() override { show(); }
+    void flush() override {
+        if (!connection_.lost()) show();
+    }
 
     std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override {
         const Steady::time_point begin = Steady::now();
@@ -125,13 +127,14 @@ public:
             }
             // All that has been done is drawn: it is shown together, however fast it came. Meanwhile more may have
             // come.
-            if (show()) continue;
+            const bool shown = show();
             const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Steady::now() - begin);
-            const bool over = timeout && passed >= *timeout;
+            if (timeout && passed >= *timeout) return std::nullopt;
+            if (shown) continue;
             std::optional<std::chrono::milliseconds> nap;
-            if (timeout) nap = over ? std::chrono::milliseconds{0} : *timeout - passed;
+            if (timeout) nap = *timeout - passed;
             if (input_.typing() || !connection_.known()) nap = std::min(nap.value_or(kAskingPace), kAskingPace);
-            if (connection_.wait(nap) || over) return std::nullopt;
+            if (connection_.wait(nap)) return std::nullopt;
         }
     }
 
@@ -171,10 +174,9 @@ private:
         }
     }
 
-    // True when the window shows something that it has not shown before.
+    // While the connection is there. True when the window shows something that it has not shown before.
     bool show() {
         shownAt_ = Steady::now();
-        if (connection_.lost()) return false;
         if (uncovered_) {
             // Uncovering and resizing tell many times what one painting answers.
             SDL_PumpEvents();
@@ -189,9 +191,16 @@ private:
         }
         if (dirty_.empty() && !unseenInk_) return false;
         changed_.clear();
-        for (const Rect& area : dirty_) changed_.push_back(sdlRect(paint(*surface, area, shown_)));
-        // Last, since what was painted may have covered it.
-        if (!wet_.area().empty()) changed_.push_back(sdlRect(paint(*surface, wet_.area(), &wet_.over(*shown_))));
+        // What meets the wet ink is painted together with it: once, and as one rectangle, which costs the least.
+        Rect wet = wet_.area();
+        for (const Rect& area : dirty_) {
+            if (!area.intersected(wet).empty()) {
+                wet = wet.united(area);
+            } else {
+                changed_.push_back(sdlRect(paint(*surface, area, shown_)));
+            }
+        }
+        if (!wet.empty()) changed_.push_back(sdlRect(paint(*surface, wet, &wet_.over(*shown_, wet))));
         dirty_.clear();
         unseenInk_ = false;
         if (uncovered_) changed_.assign(1, SDL_Rect{0, 0, surface->w, surface->h});
