@@ -1,10 +1,12 @@
-// One piece of a stroke, 6 pixels long, as a pointer move draws it, against Cairo stroking the same curve.
+// Pieces of a stroke, straight or bent, as pointer moves draw them, against Cairo stroking the same curves.
 
 #include <benchmark/benchmark.h>
 #include <cairo.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
 #include "paired.h"
@@ -17,7 +19,7 @@ using lumora::graphics::CubicSpline;
 using lumora::graphics::PointD;
 
 constexpr host::Size kScreen{1404, 1872};
-constexpr int kPieces = 100;  // in one timed run: a stroke of 600 pixels
+constexpr int kPieces = 60;  // in one timed run
 constexpr int kResolution = 100;
 constexpr int kInk = 0x0000FF;
 
@@ -26,20 +28,28 @@ struct Piece {
     CubicSpline y;
 };
 
-/// The pieces of a spiral, 6 pixels from point to point.
-std::vector<Piece> stroke() {
-    std::vector<PointD> points;
-    double angle = 0;
-    for (int i = 0; i <= kPieces; ++i) {
-        const double radius = 60 + 10 * angle;
-        points.push_back({700 + radius * std::cos(angle), 900 + radius * std::sin(angle)});
-        angle += 6 / radius;
-    }
-    std::vector<CubicSpline> x(kPieces);
-    std::vector<CubicSpline> y(kPieces);
-    host::calculateSplines(points, x, y);
+/// The pieces of waves from the left to the right, like those of handwriting, `length` pixels from point to point; on
+/// the next line below when the screen ends. Straight ones swing by a tenth of that.
+std::vector<Piece> stroke(double length, bool bent) {
+    constexpr double kLetter = 34;           // pixels; the points of a quick hand, five on a wave
+    const double swing = bent ? 1.3 : 0.13;  // radians
+    const double wave = std::max(length, kLetter) * 5 / (2 * std::numbers::pi);
     std::vector<Piece> pieces;
-    for (std::size_t i = 0; i < x.size(); ++i) pieces.push_back({x[i], y[i]});
+    PointD at{100, 200};
+    double gone = 0;
+    while (pieces.size() < kPieces) {
+        std::vector<PointD> points{at};
+        while (at.x < kScreen.w - 200 && points.size() <= kPieces) {
+            const double angle = swing * std::sin((gone += length) / wave);
+            at = {at.x + length * std::cos(angle), at.y + length * std::sin(angle)};
+            points.push_back(at);
+        }
+        std::vector<CubicSpline> x(points.size() - 1);
+        std::vector<CubicSpline> y(points.size() - 1);
+        host::calculateSplines(points, x, y);
+        for (std::size_t i = 0; i < x.size() && pieces.size() < kPieces; ++i) pieces.push_back({x[i], y[i]});
+        at = {100, at.y + 200};
+    }
     return pieces;
 }
 
@@ -60,8 +70,8 @@ void strokeWithCairo(cairo_t* cairo, const Piece& piece) {
 
 /// Both draw the whole stroke anew in each run: ours forgets its ink first, as for a new stroke.
 void InkPiece(benchmark::State& state) {
-    const auto width = static_cast<int>(state.range(0));
-    const std::vector<Piece> pieces = stroke();
+    const auto width = static_cast<int>(state.range(2));
+    const std::vector<Piece> pieces = stroke(static_cast<double>(state.range(1)), state.range(0) != 0);
     host::Screen screen(kScreen, host::PixelFormat::Rgb24);
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kScreen.w, kScreen.h);
     cairo_t* cairo = cairo_create(surface);
@@ -83,6 +93,9 @@ void InkPiece(benchmark::State& state) {
     cairo_destroy(cairo);
     cairo_surface_destroy(surface);
 }
-BENCHMARK(InkPiece)->ArgName("width")->Arg(5)->Arg(10)->Arg(18)->Iterations(200);
+BENCHMARK(InkPiece)
+    ->ArgNames({"bent", "length", "width"})
+    ->ArgsProduct({{0, 1}, {6, 34, 100}, {5, 10, 18}})
+    ->Iterations(100);
 
 }  // namespace

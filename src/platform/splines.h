@@ -23,8 +23,10 @@ struct CubicSpline {
 class CubicSplines {
 public:
     /// The smooth curve through a run of at least two points, with natural ends. Piece j of `x` and `y`
-    /// covers the run from its point j to its point j + 1, exactly at both. Points may repeat. `x` and `y`
-    /// have room for run.size() - 1 pieces each; nothing is allocated for runs of up to 16 points.
+    /// covers the run from its point j to its point j + 1. A point in the middle of a pixel stands for that
+    /// pixel: the curve passes through it where the pen was, as far as that is known or its neighbours tell,
+    /// less than half a pixel away. It passes exactly through other points. Points may repeat. `x` and `y` have
+    /// room for run.size() - 1 pieces each; nothing is allocated for runs of up to 16 points.
     static void calculateXYSplines(std::span<const PointD> run, std::span<CubicSpline> x, std::span<CubicSpline> y);
 
     /// Draws one piece into the screen buffer as a line of `width` pixels with round ends, antialiased.

@@ -6,46 +6,11 @@
 #include <random>
 
 #include "platform/host/screen/screen.h"
-#include "platform/host/screen/splines.h"
 #include "screen/pixels.h"
+#include "screen/strokes.h"
 
 namespace host {
 namespace {
-
-using lumora::graphics::CubicSpline;
-using lumora::graphics::PointD;
-using Points = std::vector<PointD>;
-
-struct Piece {
-    CubicSpline x;
-    CubicSpline y;
-};
-
-double valueAt(const CubicSpline& s, double t) { return s.a + t * (s.b + t * (s.c + t * s.d)); }
-PointD pointAt(const Piece& piece, double t) { return {valueAt(piece.x, t), valueAt(piece.y, t)}; }
-double directionAt(const CubicSpline& s, double t) { return s.b + t * (2 * s.c + t * 3 * s.d); }
-double apart(PointD a, PointD b) { return std::hypot(a.x - b.x, a.y - b.y); }
-
-/// The pieces of a run, all from one calculation.
-std::vector<Piece> piecesOf(const Points& run) {
-    std::vector<CubicSpline> x(run.size() - 1), y(run.size() - 1);
-    calculateSplines(run, x, y);
-    std::vector<Piece> pieces;
-    for (std::size_t i = 0; i < x.size(); ++i) pieces.push_back({x[i], y[i]});
-    return pieces;
-}
-
-/// The pieces that a canvas draws while a pen visits the points: each from at most five points before it and five
-/// after, of which only three are known when it is drawn; the last three pieces come when the pen lifts.
-std::vector<Piece> drawnPieces(const Points& points) {
-    std::vector<Piece> pieces;
-    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-        const std::size_t before = std::min<std::size_t>(i, 5);
-        const PointD* const first = &points[i - before];
-        pieces.push_back(piecesOf({first, first + std::min(before + 4, points.size() - (i - before))})[before]);
-    }
-    return pieces;
-}
 
 /// Points that far apart on a way that sets out at that angle and turns by `bend` for each pixel of its length.
 Points wayOf(PointD at, double angle, double bend, double length, double step) {
@@ -173,7 +138,7 @@ double unlikeness(const std::vector<Piece>& pieces, int width) {
 }
 
 class InkApart : public testing::TestWithParam<double> {};
-INSTANTIATE_TEST_SUITE_P(Pixels, InkApart, testing::Values(2.0, 6.0, 12.0));
+INSTANTIATE_TEST_SUITE_P(Pixels, InkApart, testing::Values(2.0, 6.0, 12.0, 34.0));
 
 TEST_P(InkApart, PiecesMakeOneEvenStroke) {
     const double step = GetParam();

@@ -10,6 +10,7 @@
 #include "platform/host/keep/keeper.h"
 #include "platform/host/options/options.h"
 #include "platform/host/record/trace.h"
+#include "platform/host/screen/press_path.h"
 #include "platform/host/touch/desk.h"
 
 namespace host {
@@ -38,6 +39,7 @@ public:
     Languages languages;
     Text text;
     Screen screen;
+    PressPath pressPath;
     std::unique_ptr<Display> display;
     Panel panel;
     Modals modals;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "platform/host/screen/paint.h"
+#include "platform/host/screen/step_sweep.h"
 #include "platform/host/screen/stroke_path.h"
 
 namespace host {
@@ -71,9 +72,9 @@ private:
     void layRim(const StrokeRow& row, Columns span) {
         for (int x = span.left; x <= span.right; ++x) {
             constexpr auto kPartsPerPixel = static_cast<float>(kBandParts / (2 * Nib::kHalfBand));
+            constexpr float kLastPart = kBandParts - 1;
             const float part = (outer_ - std::sqrt(row.squaredDistance(x))) * kPartsPerPixel;
-            if (part <= 0) continue;
-            const int wanted = part >= kBandParts ? kFull : kBand[static_cast<std::size_t>(part)];
+            const int wanted = kBand[static_cast<std::size_t>(std::min(std::max(part, 0.0F), kLastPart))];
             if (wanted > covered_[x]) raise(x, wanted);
         }
     }
@@ -90,7 +91,7 @@ private:
             pixel[channel] = static_cast<std::uint8_t>(pixel[channel] + change);
             shows = shows || change != 0;
         }
-        if (shows) covered_[x] = static_cast<std::uint8_t>(wanted);
+        covered_[x] = shows ? static_cast<std::uint8_t>(wanted) : covered_[x];
     }
 
     void laySolid(Columns span) {
@@ -126,13 +127,13 @@ Rect Ink::draw(Framebuffer& buffer, const lumora::graphics::CubicSpline& x, cons
     colour_ = colour;
 
     const Nib nib(width);
+    StepSweep sweep(path, nib);
     const Rect area = areaOf(path, nib, buffer.size());
     const bool grey = buffer.format() == PixelFormat::Grey8;
     const Tone tone = toneOf(colour);
     const std::uint8_t ink[] = {grey ? luminance(tone) : tone.red, tone.green, tone.blue};
     for (int y0 = area.y; y0 < area.bottom(); ++y0) {
-        row_.begin(y0);
-        for (const StrokeStep& step : path.steps()) row_.approach(step, nib);
+        row_.measure(y0, sweep.reaching(y0), nib);
         const Columns reached = row_.columns();
         if (reached.empty()) continue;
         memory_.touch(y0, reached.left, reached.right);

@@ -59,8 +59,8 @@ StrokeStep::StrokeStep(PointD from, PointD middle, PointD to)
     half_ = static_cast<float>(length_ / 2);
 }
 
-StrokeStep::Extent StrokeStep::extent(double y, double radius) const {
-    if (radius < 0) return {1, 0};
+Columns StrokeStep::cut(int y, double radius, int screenWidth) const {
+    if (radius < 0) return {};
     // A disc moves along the chord. Centred at `along` it covers on this row what lies within √(radius² - q²) of its
     // centre, where q = dy - along × unit.y is the row's distance from that. It reaches out farthest where the rim
     // runs as the chord does, at q = ±radius × unit.x: there the row meets the straight side of what the disc sweeps.
@@ -70,40 +70,42 @@ StrokeStep::Extent StrokeStep::extent(double y, double radius) const {
     double leftAlong = unit_.x > 0 ? 0 : length_;
     double rightAlong = length_ - leftAlong;
     if (perRow_ != 0) {
-        leftAlong = clampAlong((dy - side) * perRow_);
-        rightAlong = clampAlong((dy + side) * perRow_);
+        leftAlong = std::clamp((dy - side) * perRow_, 0.0, length_);
+        rightAlong = std::clamp((dy + side) * perRow_, 0.0, length_);
     }
     const double leftDy = dy - leftAlong * unit_.y;
     const double rightDy = dy - rightAlong * unit_.y;
     const double leftHalf = radius * radius - leftDy * leftDy;
     const double rightHalf = radius * radius - rightDy * rightDy;
-    if (leftHalf < 0 || rightHalf < 0) return {1, 0};
-    return {start_.x + leftAlong * unit_.x - std::sqrt(leftHalf),
-            start_.x + rightAlong * unit_.x + std::sqrt(rightHalf)};
+    if (leftHalf < 0 || rightHalf < 0) return {};
+    return columnsBetween(start_.x + leftAlong * unit_.x - std::sqrt(leftHalf),
+                          start_.x + rightAlong * unit_.x + std::sqrt(rightHalf), screenWidth);
 }
 
-void StrokeStep::approach(float* squared, int x, int y) const {
-    const double dx = x - start_.x;
+void StrokeStep::approach(float* squared, Columns columns, int y) const {
     const double dy = y - start_.y;
-    const auto fromMiddle = static_cast<float>(dx * unit_.x + dy * unit_.y - length_ / 2);
-    const auto across = static_cast<float>(dy * unit_.x - dx * unit_.y);
-    const Block along = fromMiddle + kSteps * unitX_;
-    const Block side = across - kSteps * unitY_;
-    // The normals of a bend spread on its outside and close up on its inside, so the nearest point moves slower or
-    // faster than the pixel. This is 1 / (1 + curvature × side) as long as that is near 1.
-    const Block moved = 1 - 2 * bend_ * side;
-    const Block closing = moved > 0.5F ? moved : kZero + 0.5F;
-    const Block aside = along < 0 ? -along : along;
-    const auto past = aside * closing > half_;
-    const Block rise = bend_ * (half_ * half_ - along * along * closing);
-    const Block sideways = side - (past ? kZero : rise);
-    const Block lengthways = past ? aside - half_ : kZero;
-    const Block distance = sideways * sideways + lengthways * lengthways;
+    for (int x = columns.left; x <= columns.right; x += kBlock) {
+        const double dx = x - start_.x;
+        const auto fromMiddle = static_cast<float>(dx * unit_.x + dy * unit_.y - length_ / 2);
+        const auto across = static_cast<float>(dy * unit_.x - dx * unit_.y);
+        const Block along = fromMiddle + kSteps * unitX_;
+        const Block side = across - kSteps * unitY_;
+        // The normals of a bend spread on its outside and close up on its inside, so the nearest point moves slower
+        // or faster than the pixel. This is 1 / (1 + curvature × side) as long as that is near 1.
+        const Block moved = 1 - 2 * bend_ * side;
+        const Block closing = moved > 0.5F ? moved : kZero + 0.5F;
+        const Block aside = along < 0 ? -along : along;
+        const auto past = aside * closing > half_;
+        const Block rise = bend_ * (half_ * half_ - along * along * closing);
+        const Block sideways = side - (past ? kZero : rise);
+        const Block lengthways = past ? aside - half_ : kZero;
+        const Block distance = sideways * sideways + lengthways * lengthways;
 
-    Block known;
-    std::memcpy(&known, squared, sizeof(known));
-    known = distance < known ? distance : known;
-    std::memcpy(squared, &known, sizeof(known));
+        Block known;
+        std::memcpy(&known, squared + x, sizeof(known));
+        known = distance < known ? distance : known;
+        std::memcpy(squared + x, &known, sizeof(known));
+    }
 }
 
 StrokePath::StrokePath(const CubicSpline& x, const CubicSpline& y, int resolution)

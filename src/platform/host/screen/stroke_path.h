@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 
+#include "platform/host/screen/columns.h"
 #include "platform/splines.h"
 
 namespace host {
@@ -22,29 +23,24 @@ public:
     /// From one point of a curve to another, past the curve's own middle between them.
     StrokeStep(lumora::graphics::PointD from, lumora::graphics::PointD middle, lumora::graphics::PointD to);
 
-    /// Ends of the step's part of a row; `left` is larger than `right` where the row misses it.
-    struct Extent {
-        double left;
-        double right;
-    };
+    [[nodiscard]] lumora::graphics::PointD start() const { return start_; }
+    /// Where it heads; a length of 1.
+    [[nodiscard]] lumora::graphics::PointD unit() const { return unit_; }
+    /// Length of the chord in pixels.
+    [[nodiscard]] double length() const { return length_; }
 
-    /// Where the row `y` lies within `radius` of the chord.
-    [[nodiscard]] Extent extent(double y, double radius) const;
+    /// The columns of a screen in which the row `y` lies within `radius` of the chord; none for one less than 0.
+    [[nodiscard]] Columns cut(int y, double radius, int screenWidth) const;
 
     /// How far the curve strays from the chord.
     [[nodiscard]] double bow() const { return bow_; }
 
-    /// Lowers `squared[i]`, the squared distance of the pixel (x + i, y), to that from this step, for as many
-    /// pixels as the machine handles in one go.
+    /// Lowers `squared[x]`, the squared distance of the pixel (x, y), to that from this step, in these columns and up
+    /// to `kBlock` - 1 more: as many pixels as the machine handles in one go.
     static constexpr int kBlock = 4;
-    void approach(float* squared, int x, int y) const;
+    void approach(float* squared, Columns columns, int y) const;
 
 private:
-    [[nodiscard]] double clampAlong(double along) const {
-        const double low = along < 0 ? 0 : along;
-        return low > length_ ? length_ : low;
-    }
-
     lumora::graphics::PointD start_;
     lumora::graphics::PointD unit_;
     double length_;
@@ -60,6 +56,8 @@ private:
 /// A piece of a stroke as bent steps, as few as follow its curve to about a hundredth of a pixel.
 class StrokePath {
 public:
+    static constexpr std::size_t kMostSteps = 100;
+
     /// `resolution` is the largest number of steps.
     StrokePath(const lumora::graphics::CubicSpline& x, const lumora::graphics::CubicSpline& y, int resolution);
 
@@ -71,8 +69,6 @@ public:
     [[nodiscard]] lumora::graphics::PointD bottomRight() const { return bottomRight_; }
 
 private:
-    static constexpr std::size_t kMostSteps = 100;
-
     void include(lumora::graphics::PointD point, double margin);
 
     std::array<StrokeStep, kMostSteps> steps_;

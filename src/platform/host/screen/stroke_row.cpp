@@ -4,61 +4,43 @@
 
 namespace host {
 
-Columns columnsBetween(double left, double right, int width) {
-    const double first = std::clamp(left, 0.0, static_cast<double>(width));
-    const double beyond = std::clamp(right + 1, 0.0, static_cast<double>(width));
-    const auto whole = static_cast<int>(first);
-    return {whole < first ? whole + 1 : whole, static_cast<int>(beyond) - 1};
-}
-
 StrokeRow::StrokeRow(int screenWidth)
     : screenWidth_(screenWidth), distances_(static_cast<std::size_t>(screenWidth + StrokeStep::kBlock)) {}
 
-void StrokeRow::begin(int y) {
-    y_ = y;
+void StrokeRow::measure(int y, std::span<const StepStrip* const> strips, const Nib& nib) {
+    cut(y, strips);
+    if (columns_.empty()) return;
+    const auto nothing = static_cast<float>(nib.outer * nib.outer);
+    const Columns left{columns_.left, solid_.empty() ? columns_.right : solid_.left - 1};
+    const Columns right{solid_.empty() ? columns_.right + 1 : solid_.right + 1, columns_.right};
+    fill(left, nothing);
+    fill(right, nothing);
+    // The last block may reach beyond the rim; true distances do no harm there.
+    for (const auto& [step, outer] : std::span(parts_).first(count_)) {
+        step->approach(distances_.data(), outer.within(left), y);
+        step->approach(distances_.data(), outer.within(right), y);
+    }
+}
+
+void StrokeRow::cut(int y, std::span<const StepStrip* const> strips) {
     columns_ = {};
     solid_ = {};
-}
-
-void StrokeRow::approach(const StrokeStep& step, const Nib& nib) {
-    const StrokeStep::Extent reach = step.extent(y_, nib.outer + step.bow());
-    const Columns span = columnsBetween(reach.left, reach.right, screenWidth_);
-    if (span.empty()) return;
-    const StrokeStep::Extent core = step.extent(y_, nib.inner - step.bow());
-    const Columns inside = columnsBetween(core.left, core.right, screenWidth_);
-    const Columns leftRim{span.left, inside.empty() ? span.right : inside.left - 1};
-    const Columns rightRim{inside.empty() ? span.right + 1 : inside.right + 1, span.right};
-    const auto nothing = static_cast<float>(nib.outer * nib.outer);
-    if (columns_.empty()) {
-        fill(leftRim, nothing);
-        fill(rightRim, nothing);
-        columns_ = span;
-    } else {
-        extend(span, nothing);
+    count_ = 0;
+    for (const StepStrip* strip : strips) {
+        const Columns outer = strip->outer(y, screenWidth_);
+        if (outer.empty()) continue;
+        const Columns inner = strip->inner(y, screenWidth_);
+        parts_[count_++] = {&strip->step(), outer};
+        columns_ = columns_.empty() ? outer : columns_.united(outer);
+        if (!inner.empty()) addSolid(inner);
     }
-    measure(step, leftRim);
-    measure(step, rightRim);
-    if (!inside.empty()) addSolid(inside);
-}
-
-void StrokeRow::extend(Columns span, float nothing) {
-    fill({span.left, columns_.left - 1}, nothing);
-    fill({columns_.right + 1, span.right}, nothing);
-    columns_ = {std::min(columns_.left, span.left), std::max(columns_.right, span.right)};
-}
-
-/// The last block may reach beyond the span; true distances do no harm there.
-void StrokeRow::measure(const StrokeStep& step, Columns span) {
-    for (int x = span.left; x <= span.right; x += StrokeStep::kBlock) step.approach(distances_.data() + x, x, y_);
 }
 
 void StrokeRow::addSolid(Columns inside) {
     if (solid_.empty()) {
         solid_ = inside;
     } else if (inside.left <= solid_.right + 1 && inside.right >= solid_.left - 1) {
-        solid_ = {std::min(solid_.left, inside.left), std::max(solid_.right, inside.right)};
-    } else {
-        fill(inside, 0);
+        solid_ = solid_.united(inside);
     }
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "platform/splines.h"
+
+namespace host {
+
+/// Farther than this, in x or in y, no point is moved: it stays inside its pixel, and rounds to it.
+inline constexpr double kWithinPixel = 0.499;
+
+/// True for a point in the middle of a pixel.
+[[nodiscard]] bool isWholePixel(lumora::graphics::PointD point);
+
+/// Where within its pixel the pen was at the whole-pixel point `index` of a run, as its neighbours tell: the parabola
+/// or the cubic through their pixels that averages most of them. The point itself where there is none, as around a
+/// corner, at both ends of the run and beside points that are no whole pixels. Depends on no more than five points
+/// before it and two after it.
+[[nodiscard]] lumora::graphics::PointD withinPixel(std::span<const lumora::graphics::PointD> run, std::size_t index);
+
+}  // namespace host
