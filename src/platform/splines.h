@@ -24,8 +24,8 @@ class CubicSplines {
 public:
     /// The smooth curve through a run of at least two points, with natural ends. Piece j of `x` and `y`
     /// covers the run from its point j to its point j + 1. A point in the middle of a pixel stands for that
-    /// pixel: the curve passes through it where the pen was, as far as that is known or its neighbours tell,
-    /// less than half a pixel away. It passes exactly through other points. Points may repeat. `x` and `y` have
+    /// pixel: the curve passes through it where its neighbours tell that the pen was, less than half a pixel
+    /// away. It passes exactly through other points. Points may repeat. `x` and `y` have
     /// room for run.size() - 1 pieces each; nothing is allocated for runs of up to 16 points.
     static void calculateXYSplines(std::span<const PointD> run, std::span<CubicSpline> x, std::span<CubicSpline> y);
 

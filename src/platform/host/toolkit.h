@@ -10,7 +10,7 @@
 #include "platform/host/keep/keeper.h"
 #include "platform/host/options/options.h"
 #include "platform/host/record/trace.h"
-#include "platform/host/screen/press_path.h"
+#include "platform/host/screen/pixel_fit.h"
 #include "platform/host/touch/desk.h"
 
 namespace host {
@@ -39,7 +39,7 @@ public:
     Languages languages;
     Text text;
     Screen screen;
-    PressPath pressPath;
+    PixelFit pixelFit;
     std::unique_ptr<Display> display;
     Panel panel;
     Modals modals;

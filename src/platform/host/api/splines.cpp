@@ -25,7 +25,7 @@ host::Point pixelAt(host::TraceRounded x, host::TraceRounded y) {
 void CubicSplines::calculateXYSplines(std::span<const PointD> run, std::span<CubicSpline> x, std::span<CubicSpline> y) {
     host::Toolkit& kit = host::toolkit();
     kit.trace.call("calculateXYSplines", static_cast<int>(run.size()));
-    host::calculateSplines(kit.pressPath.place(run), x, y);
+    host::calculateSplines(kit.pixelFit.place(run), x, y);
 }
 
 void CubicSplines::drawXYSpline(const CubicSpline& x, const CubicSpline& y, int resolution, int colour, int width) {

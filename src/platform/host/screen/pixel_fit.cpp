@@ -106,4 +106,11 @@ PointD withinPixel(std::span<const PointD> run, std::size_t index) {
     return point;
 }
 
+std::span<const PointD> PixelFit::place(std::span<const PointD> run) {
+    placed_.assign(run.begin(), run.end());
+    for (std::size_t i = 0; i < run.size(); ++i)
+        if (isWholePixel(run[i])) placed_[i] = withinPixel(run, i);
+    return placed_;
+}
+
 }  // namespace host

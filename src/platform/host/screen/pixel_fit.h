@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <span>
+#include <vector>
 
 #include "platform/splines.h"
 
@@ -18,5 +19,17 @@ inline constexpr double kWithinPixel = 0.499;
 /// corner, at both ends of the run and beside points that are no whole pixels. Depends on no more than five points
 /// before it and two after it.
 [[nodiscard]] lumora::graphics::PointD withinPixel(std::span<const lumora::graphics::PointD> run, std::size_t index);
+
+/// Moves the whole-pixel points of runs to where the pen was within its pixels. Owned by the Toolkit, since nothing is
+/// allocated while the pen moves.
+class PixelFit {
+public:
+    /// The choice for a point is the same in all runs in which two points follow it and five come before it, or the
+    /// press begins or ends: pieces from different runs meet. Other points stay. Valid until the next call.
+    std::span<const lumora::graphics::PointD> place(std::span<const lumora::graphics::PointD> run);
+
+private:
+    std::vector<lumora::graphics::PointD> placed_;
+};
 
 }  // namespace host
