@@ -5,11 +5,9 @@ import {Picture} from './picture.js';
 import {followPointers} from './pointer.js';
 import {text, translatePage} from './texts.js';
 import {Typing} from './typing.js';
-import {WetInk} from './wet.js';
 
 const room = document.getElementById('room');
 const canvas = document.getElementById('panel');
-const overlay = document.getElementById('wet');
 const field = document.getElementById('field');
 const notice = document.getElementById('notice');
 
@@ -37,9 +35,7 @@ function layOut() {
     const left = Math.floor((width - shown.width) / 2) / devicePixelRatio;
     const top = Math.floor((height - shown.height) / 2) / devicePixelRatio;
     view = {left, top, scale: shown.width / devicePixelRatio / picture.width};
-    for (const each of [canvas, overlay])
-        place(each, left, top, shown.width / devicePixelRatio, shown.height / devicePixelRatio);
-    wet.fit(shown, picture.width);
+    place(canvas, left, top, shown.width / devicePixelRatio, shown.height / devicePixelRatio);
     placeField();
     menu.place(left, top);
 }
@@ -71,7 +67,6 @@ const connection = new Connection({
         layOut();
     },
     pixels: (...rectangle) => picture.put(...rectangle),
-    wetInk: (place) => place ? wet.goOnFrom(place) : wet.end(),
     drawing: (isSomebodyElse) => tell(isSomebodyElse && 'drawing', true),
     typing(isOn, ...area) {
         textArea = area;
@@ -83,12 +78,10 @@ const connection = new Connection({
     broken(why) {
         canvas.className = 'dead';
         typing.stop();
-        wet.forget();
         tell(why);
     },
 });
 
-const wet = new WetInk(overlay);
 const send = (bytes) => connection.send(bytes);
 const typing = new Typing(field, send);
 const menu = new Menu({download: () => picture.toPng(), showKeyboard: () => typing.showKeyboard()});
@@ -96,7 +89,7 @@ canvas.addEventListener('pointerdown', () => {
     if (typing.isOn) typing.startAnew();
     menu.fold();
 });
-const forgetPresses = followPointers(canvas, toPanel, send, wet);
+const forgetPresses = followPointers(canvas, toPanel, send);
 
 // When the window goes to a screen of another density, too, whose size in CSS pixels may be the same.
 function keepLaidOut() {
