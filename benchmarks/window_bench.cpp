@@ -1,5 +1,6 @@
 // What the window costs where there is no GPU: processor time for each pointer event of a stroke, and time from the
-// start to the first frame, each against a bare SDL2 program. Runs on an X server of its own.
+// start to the first frame, each against a bare SDL2 program; and how far the ink is behind the pointer in time. Runs
+// on an X server of its own.
 
 #include <SDL.h>
 #include <X11/Xlib.h>
@@ -15,6 +16,7 @@
 #include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "stroke.h"
@@ -77,23 +79,114 @@ private:
     ::Display* server_;
 };
 
+/// A program in a process of its own.
+class Child {
+public:
+    explicit Child(std::vector<std::string> command) {
+        std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
+        for (std::string& argument : command) arguments.push_back(argument.data());
+        arguments.push_back(nullptr);
+        if (posix_spawn(&process_, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) process_ = -1;
+    }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+    ~Child() {
+        if (process_ < 0) return;
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+    [[nodiscard]] bool runs() const { return process_ >= 0; }
+    [[nodiscard]] double processorSeconds() const {
+        clockid_t clock = 0;
+        timespec time{};
+        clock_getcpuclockid(process_, &clock);
+        clock_gettime(clock, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    }
+
+private:
+    pid_t process_ = -1;
+};
+
 /// Seconds from a program's start to its first frame; it is ended then. Each has an X server to itself.
 double secondsToFrame(std::vector<std::string> command) {
     const PrivateScreen server;
     if (!server.answers()) return -1;
-    std::vector<char*> arguments;
-    arguments.reserve(command.size() + 1);
-    for (std::string& argument : command) arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
     FirstFrame frame;
     const SteadyClock::time_point begin = SteadyClock::now();
-    pid_t child = -1;
-    if (posix_spawn(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) return -1;
+    const Child program(std::move(command));
+    if (!program.runs()) return -1;
     frame.wait();
-    const double seconds = std::chrono::duration<double>(SteadyClock::now() - begin).count();
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    return seconds;
+    return std::chrono::duration<double>(SteadyClock::now() - begin).count();
+}
+
+/// A pen on the window in the middle of the screen, and eyes that look for its ink.
+class Pen {
+public:
+    Pen() : server_(XOpenDisplay(nullptr)), root_(DefaultRootWindow(server_)) {}
+    Pen(const Pen&) = delete;
+    Pen& operator=(const Pen&) = delete;
+    ~Pen() { XCloseDisplay(server_); }
+
+    void put(host::Point at) {
+        at_ = at;
+        XWarpPointer(server_, None, root_, 0, 0, 0, 0, at.x, at.y);
+        XSync(server_, False);
+    }
+
+    void press() {
+        XEvent event{};
+        event.xbutton.type = ButtonPress;
+        event.xbutton.root = root_;
+        event.xbutton.button = Button1;
+        event.xbutton.same_screen = True;
+        int x = 0, y = 0;
+        unsigned mask = 0;
+        Window ignored{};
+        XQueryPointer(server_, root_, &ignored, &event.xbutton.window, &event.xbutton.x_root, &event.xbutton.y_root, &x,
+                      &y, &mask);
+        XTranslateCoordinates(server_, root_, event.xbutton.window, event.xbutton.x_root, event.xbutton.y_root,
+                              &event.xbutton.x, &event.xbutton.y, &ignored);
+        XSendEvent(server_, event.xbutton.window, True, ButtonPressMask, &event);
+        XSync(server_, False);
+    }
+
+    /// Whether there is ink within two pixels of it.
+    bool inked() {
+        constexpr int kReach = 2;
+        XImage* image = XGetImage(server_, root_, at_.x - kReach, at_.y - kReach, 2 * kReach + 1, 2 * kReach + 1,
+                                  AllPlanes, ZPixmap);
+        bool found = false;
+        for (int i = 0; i < image->height * image->width; ++i)
+            found = found || (XGetPixel(image, i % image->width, i / image->width) & 0xFF) < 0x80;
+        XDestroyImage(image);
+        return found;
+    }
+
+private:
+    ::Display* server_;
+    Window root_;
+    host::Point at_{};
+};
+
+/// Milliseconds from each move of a pen to its ink, in lines to and fro, of which none meets another.
+std::vector<double> inkDelays(Pen& pen, int count) {
+    constexpr int kStep = 13, kColumns = 50;  // pixels, points of a line
+    std::vector<double> delays;
+    SteadyClock::time_point next = SteadyClock::now();
+    for (int i = 0; i < count; ++i) {
+        std::this_thread::sleep_until(next += kEventInterval);
+        const int row = i / kColumns;
+        const int column = row % 2 == 0 ? i % kColumns : kColumns - 1 - i % kColumns;
+        const SteadyClock::time_point begin = SteadyClock::now();
+        pen.put({kMonitor.w / 2 - kStep * kColumns / 2 + kStep * column, 250 + 2 * kStep * row});
+        if (i == 0) pen.press();
+        while (!pen.inked() && SteadyClock::now() - begin < kEventInterval) {
+        }
+        delays.push_back(std::chrono::duration<double, std::milli>(SteadyClock::now() - begin).count());
+    }
+    return delays;
 }
 
 void report(benchmark::State& state, const std::vector<double>& ours, const std::vector<double>& bare) {
@@ -122,6 +215,30 @@ void strokeEvent(benchmark::State& state) {
     }
 }
 BENCHMARK(strokeEvent)->Args({1404, 1872, 858, 1144})->Args({758, 1024, 758, 1024})->UseManualTime()->Iterations(1);
+
+// The whole program, as it is started; the first points of a press have no ink of theirs yet.
+void pointerToInk(benchmark::State& state) {
+    constexpr int kFirst = 5;
+    constexpr int kMoves = 1000;
+    const std::string folder = "/tmp/colour_window_bench." + std::to_string(getpid());
+    for ([[maybe_unused]] auto round : state) {
+        const PrivateScreen server;
+        if (!server.answers()) return state.SkipWithError("Xvfb cannot be started");
+        const Child program({COLOUR_PROGRAM, "--display", "window", "--storage", folder, "--new"});
+        FirstFrame().wait();
+        std::this_thread::sleep_for(std::chrono::seconds{1});
+        Pen pen;
+        const double begin = program.processorSeconds();
+        std::vector<double> delays = inkDelays(pen, kMoves);
+        state.counters["cpu_us"] = (program.processorSeconds() - begin) / kMoves * 1e6;
+        delays.erase(delays.begin(), delays.begin() + kFirst);
+        std::sort(delays.begin(), delays.end());
+        const double median = delays[delays.size() / 2];
+        state.counters["p99_ms"] = delays[delays.size() * 99 / 100];
+        state.SetIterationTime(median / 1000);
+    }
+}
+BENCHMARK(pointerToInk)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 void startToFirstFrame(benchmark::State& state) {
     const std::string folder = "/tmp/colour_window_bench." + std::to_string(getpid());

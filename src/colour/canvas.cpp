@@ -104,8 +104,8 @@ int Canvas::Handler(int type, int x, int y) {
     }
     if (x < rect_.x || x >= right || y < rect_.y || y >= bottom) {
         if (!strokes || !drawing_ || type != EventType::PointerUp) return 0;
-        // The finger lifts beyond the page: the stroke ends at the page's edge.
-        return penHandler(type, std::clamp(x, rect_.x, right), std::clamp(y, rect_.y, bottom));
+        // The pen lifts beyond the page: the stroke ends where it was last seen on it, without a line to the edge.
+        return penHandler(type, last_x_, last_y_);
     }
     if (type == EventType::PointerDown) {
         keepalive_counter_ = 2 * keepalive_time_;
@@ -129,8 +129,9 @@ int Canvas::penHandler(int type, int x, int y) {
     points_.push_back({static_cast<double>(x), static_cast<double>(y)});
     if (!drawing_) return 0;
     trail(x, y, type == EventType::PointerUp);
-    // A report draws its piece, so that no piece of a stroke is ever missing; the next move refreshes it.
     if (type == EventType::PointerMove) refreshMove();
+    // A careful slow stroke consists of reports alone: each of them shows what it has drawn, also on a slow panel.
+    if (type == EventType::PointerReport) paintChanges();
     if (type == EventType::PointerUp) finishStroke();
     return 0;
 }

@@ -5,7 +5,7 @@
 #include <random>
 
 #include "browser/peer.h"
-#include "platform/host/browser/drawing.h"
+#include "platform/host/panel/drawing.h"
 
 using namespace host;
 using namespace std::chrono_literals;
@@ -53,6 +53,25 @@ TEST(BrowserPicture, ShowsInkBeforeTheRestOfAPage) {
         ASSERT_LT(before, kLarge.w * kLarge.h);
     }
     while (!(*peer.picture == display.picture)) ASSERT_FALSE(peer.hear().empty());
+}
+
+TEST(BrowserPicture, WetInkComesAfterThePieceThatItGoesOnFrom) {
+    const WetInk ink{{{3, 2}, {90, 40}}, 0xFF0000, 7};
+    for (const auto& [format, colour] :
+         {std::pair(PixelFormat::Rgb24, "\xFF\0\0"s), std::pair(PixelFormat::Grey8, "\x4C\x4C\x4C"s)}) {
+        DisplayHost display(kSmall, format);
+        display.presentNoise({0, 0, kSmall.w, kSmall.h});
+        Peer peer(display);
+        peer.hearPixels(kSmall.w * kSmall.h);
+        display.run([&](Display& shown) {
+            shown.present(display.picture, {1, 1, 5, 5});
+            shown.wetInk(&ink);
+        });
+        EXPECT_EQ(peer.hear().front(), '\2');
+        EXPECT_EQ(peer.hear(), "\5\3\0\2\0\7\0"s + colour);
+        display.run([](Display& shown) { shown.wetInk(nullptr); });
+        EXPECT_EQ(peer.hear(), "\5");
+    }
 }
 
 TEST(BrowserPointer, StaysOnThePanelAndOthersAreTold) {
@@ -201,8 +220,8 @@ TEST_F(BrowserDisturbance, AHangingClientIsDropped) {
 
 struct BrowserDrawing : testing::Test {
     /// What comes of a pointer's message, in words.
-    std::string does(int client, Action action, Kind kind, std::uint32_t id, std::vector<Point> path) {
-        std::string words = drawing_.pointer(client, {action, kind, id, std::move(path)}, now_) ? "" : "refused ";
+    std::string does(int client, Action action, Kind kind, std::uint64_t id, const std::vector<Point>& path) {
+        std::string words = drawing_.pointer(client, {action, kind, id}, path, now_) ? "" : "refused ";
         for (; !inputs_.empty(); inputs_.pop_front()) words += inWords(inputs_.front()) + ' ';
         return words;
     }

@@ -197,6 +197,32 @@ TEST_F(BrowserPage, SavesThePanelAsItIs) {
         EXPECT_TRUE(std::equal(bitmapRow(*picture, y), bitmapRow(*picture, y) + 303, display.picture.at(0, y))) << y;
 }
 
+TEST_F(BrowserPage, ShowsWetInkFromTheLastPieceToThePointerUntilItIsDrawn) {
+    DisplayHost display(kPanel);
+    open(display.address);
+    const auto wet = [&](const std::vector<Point>& path) {
+        const WetInk ink{path, 0x0000FF, 20};
+        display.run([&](Display& shown) { shown.wetInk(path.empty() ? nullptr : &ink); });
+    };
+    const auto shows = [this](Point at, int colour) { return comesTrue([&] { return pixel(at) == colour; }); };
+    display.run([&](Display& shown) { shown.present(display.picture, {0, 0, kPanel.w, kPanel.h}); });
+    wet({{300, 300}});  // a press of somebody else's
+    browser_->mouse("mousePressed", onDesktop({100, 100}));
+    for (const int x : {200, 300, 400}) browser_->mouse("mouseMoved", onDesktop({x, 100}));
+    EXPECT_TRUE(shows({150, 100}, 0xFFFFFF)) << "nothing has been drawn yet";
+    wet({{200, 100}});
+    EXPECT_TRUE(shows({390, 100}, 0x0000FF));
+    EXPECT_EQ(pixel({150, 100}), 0xFFFFFF);
+    browser_->mouse("mouseMoved", onDesktop({400, 300}));
+    EXPECT_TRUE(shows({400, 290}, 0x0000FF)) << "without a word from the program";
+    wet({{400, 100}});
+    EXPECT_TRUE(shows({300, 100}, 0xFFFFFF));
+    EXPECT_EQ(pixel({400, 200}), 0x0000FF);
+    browser_->mouse("mouseReleased", onDesktop({400, 300}));
+    wet({});
+    EXPECT_TRUE(shows({400, 200}, 0xFFFFFF));
+}
+
 TEST_F(BrowserPage, TellsThatAnotherIsDrawing) {
     DisplayHost display(kPanel);
     open(display.address);

@@ -99,12 +99,55 @@ TEST_F(WindowTest, OneFingerDrawsOthersAreIgnored) {
     finger(SDL_FINGERDOWN, 7, 0.5F, 0.5F);
     finger(SDL_FINGERDOWN, 8, 0.1F, 0.1F);
     finger(SDL_FINGERMOTION, 8, 0.2F, 0.2F);
-    mouse(SDL_MOUSEBUTTONDOWN, 5, 5);
     finger(SDL_FINGERMOTION, 7, 0.501F, 0.25F);
     finger(SDL_FINGERUP, 8, 0.2F, 0.2F);
     finger(SDL_FINGERUP, 7, 1.0F, 1.0F);
     finger(SDL_FINGERDOWN, 8, 0.0F, 0.0F);
     EXPECT_THAT(drain(), ElementsAre("down 150,200", "move 150,100", "up 299,399", "down 0,0"));
+}
+
+TEST_F(WindowTest, ThePenTakesOverFromThePalmForHalfASecond) {
+    finger(SDL_FINGERDOWN, 7, 0.5F, 0.5F);
+    mouse(SDL_MOUSEBUTTONDOWN, 5, 5);
+    finger(SDL_FINGERMOTION, 7, 0.501F, 0.25F);
+    finger(SDL_FINGERUP, 7, 1.0F, 1.0F);
+    finger(SDL_FINGERDOWN, 8, 0.0F, 0.0F);
+    mouse(SDL_MOUSEMOTION, 6, 6);
+    mouse(SDL_MOUSEBUTTONUP, 7, 7);
+    finger(SDL_FINGERDOWN, 9, 0.0F, 0.0F);
+    EXPECT_THAT(drain(), ElementsAre("down 150,200", "up 150,200", "down 5,5", "move 6,6", "up 7,7"));
+    std::this_thread::sleep_for(std::chrono::milliseconds{510});
+    finger(SDL_FINGERMOTION, 9, 0.1F, 0.1F);
+    finger(SDL_FINGERDOWN, 9, 0.0F, 0.0F);
+    EXPECT_THAT(drain(), ElementsAre("down 0,0"));
+}
+
+/// A pen of a thousand samples in a second, each of which draws: the window is painted for many of them together, and
+/// no sample is lost.
+TEST_F(WindowTest, SamplesAreShownTogetherYetNeverLate) {
+    constexpr int kSamples = 1000;
+    Screen shown{kAll.size(), PixelFormat::Rgb24};
+    const auto* surface = SDL_GetWindowSurface(window);
+    const auto seen = [&] { return (*static_cast<const Uint32*>(surface->pixels) & 0xFFFFFF); };
+    mouse(SDL_MOUSEBUTTONDOWN, 0, 0);
+    for (int i = 0; i < kSamples; ++i) mouse(SDL_MOUSEMOTION, i % 300, i / 300);
+    int paintings = 0;
+    for (int i = 0; i <= kSamples; ++i) {
+        const Uint32 before = seen();
+        const std::optional<Input> input = display->wait(std::chrono::milliseconds{0});
+        ASSERT_TRUE(input) << i;
+        ASSERT_EQ(input->at, i == 0 ? Point{} : (Point{(i - 1) % 300, (i - 1) / 300}));
+        if (seen() != before) ++paintings;
+        if (i == 501) {
+            EXPECT_EQ(seen(), 500U) << "it has been unseen for too long";
+        }
+        shown.fill({0, 0, 1, 1}, i);
+        display->present(shown.pixels(), {0, 0, 1, 1});
+        if (i == 500) std::this_thread::sleep_for(std::chrono::milliseconds{20});
+    }
+    drain();
+    EXPECT_EQ(seen(), static_cast<Uint32>(kSamples));
+    EXPECT_LT(paintings, kSamples / 2);
 }
 
 TEST_F(WindowTest, AClosedWindowIsToldOnce) {

@@ -14,6 +14,9 @@ public:
     void wake() override {}
     void setTextInput(bool on, host::Rect near) override { textPlace = on ? std::optional(near) : std::nullopt; }
 
+    void wetInk(const host::WetInk* ink) override { wet = ink == nullptr ? std::vector<host::Point>{} : ink->path; }
+
     std::vector<host::Rect> areas;
+    std::vector<host::Point> wet;
     std::optional<host::Rect> textPlace;
 };

@@ -8,8 +8,9 @@ export class Connection {
     #seen = false;  // the panel has been shown once
 
     /**
-     * Calls `panel({width, height, channels})`, `pixels(x, y, width, height, bytes)`, `drawing(isSomebodyElse)` and
-     * `typing(isOn, x, y, width, height)` as messages come, and `broken(text)` with the name of the text that tells why
+     * Calls `panel({width, height, channels})`, `pixels(x, y, width, height, bytes)`, `drawing(isSomebodyElse)`,
+     * `typing(isOn, x, y, width, height)` and `wetInk(place)`, which has x, y, width and colour or is null, as messages
+     * come, and `broken(text)` with the name of the text that tells why
      * there is no connection.
      */
     constructor(handlers) {
@@ -57,6 +58,13 @@ export class Connection {
                 return this.#handlers.drawing(message.getUint8(1) === 1);
             case 4:
                 return this.#handlers.typing(message.getUint8(1) === 1, i16(2), i16(4), u16(6), u16(8));
+            case 5:
+                return this.#handlers.wetInk(message.byteLength === 1 ? null : {
+                    x: u16(1) + 0.5,
+                    y: u16(3) + 0.5,
+                    width: u16(5),
+                    colour: `rgb(${message.getUint8(7)} ${message.getUint8(8)} ${message.getUint8(9)})`,
+                });
             default:
                 throw new Error('a message that this page does not know');
         }

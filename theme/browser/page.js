@@ -5,9 +5,11 @@ import {Picture} from './picture.js';
 import {followPointers} from './pointer.js';
 import {text, translatePage} from './texts.js';
 import {Typing} from './typing.js';
+import {WetInk} from './wet.js';
 
 const room = document.getElementById('room');
 const canvas = document.getElementById('panel');
+const overlay = document.getElementById('wet');
 const field = document.getElementById('field');
 const notice = document.getElementById('notice');
 
@@ -35,7 +37,9 @@ function layOut() {
     const left = Math.floor((width - shown.width) / 2) / devicePixelRatio;
     const top = Math.floor((height - shown.height) / 2) / devicePixelRatio;
     view = {left, top, scale: shown.width / devicePixelRatio / picture.width};
-    place(canvas, left, top, shown.width / devicePixelRatio, shown.height / devicePixelRatio);
+    for (const each of [canvas, overlay])
+        place(each, left, top, shown.width / devicePixelRatio, shown.height / devicePixelRatio);
+    wet.fit(shown, picture.width);
     placeField();
     menu.place(left, top);
 }
@@ -67,6 +71,7 @@ const connection = new Connection({
         layOut();
     },
     pixels: (...rectangle) => picture.put(...rectangle),
+    wetInk: (place) => place ? wet.goOnFrom(place) : wet.end(),
     drawing: (isSomebodyElse) => tell(isSomebodyElse && 'drawing', true),
     typing(isOn, ...area) {
         textArea = area;
@@ -78,10 +83,12 @@ const connection = new Connection({
     broken(why) {
         canvas.className = 'dead';
         typing.stop();
+        wet.forget();
         tell(why);
     },
 });
 
+const wet = new WetInk(overlay);
 const send = (bytes) => connection.send(bytes);
 const typing = new Typing(field, send);
 const menu = new Menu({download: () => picture.toPng(), showKeyboard: () => typing.showKeyboard()});
@@ -89,7 +96,7 @@ canvas.addEventListener('pointerdown', () => {
     if (typing.isOn) typing.startAnew();
     menu.fold();
 });
-const forgetPresses = followPointers(canvas, toPanel, send);
+const forgetPresses = followPointers(canvas, toPanel, send, wet);
 
 // When the window goes to a screen of another density, too, whose size in CSS pixels may be the same.
 function keepLaidOut() {

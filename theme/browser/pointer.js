@@ -7,10 +7,10 @@ const MOST_SAMPLES = 500;  // in a message
 const FIRST_BUTTON = 1;  // in `buttons`; of a pen the tip
 
 /**
- * `toPanel(event)` gives the place [x, y] in panel pixels and `send(bytes)` takes the messages. The result is a
- * function that forgets all presses.
+ * `toPanel(event)` gives the place [x, y] in panel pixels, `send(bytes)` takes the messages, and `wet` shows at once
+ * what they will draw. The result is a function that forgets all presses.
  */
-export function followPointers(canvas, toPanel, send) {
+export function followPointers(canvas, toPanel, send, wet) {
     const pressed = new Map();  // where each pressed pointer was last, by its id
 
     const tell = (action, event, places) => {
@@ -37,13 +37,16 @@ export function followPointers(canvas, toPanel, send) {
             canvas.setPointerCapture(event.pointerId);
             pressed.set(event.pointerId, toPanel(event));
             tell(DOWN, event, [toPanel(event)]);
+            wet.press(event, toPanel(event));
         } else if (held) {
             const places = samples(event);
             pressed.set(event.pointerId, places.at(-1));
+            wet.move(event, places);
             while (places.length) tell(MOVE, event, places.splice(0, MOST_SAMPLES));
         } else {
             pressed.delete(event.pointerId);
             tell(UP, event, [toPanel(event)]);
+            wet.lift(event);
         }
     };
 
@@ -52,6 +55,7 @@ export function followPointers(canvas, toPanel, send) {
         if (!pressed.has(event.pointerId)) return;
         tell(UP, event, [pressed.get(event.pointerId)]);
         pressed.delete(event.pointerId);
+        wet.lift(event);
     };
 
     for (const type of ['pointerdown', 'pointermove', 'pointerup']) canvas.addEventListener(type, follow);
@@ -60,5 +64,8 @@ export function followPointers(canvas, toPanel, send) {
     for (const type of ['contextmenu', 'touchstart', 'mousedown']) {
         canvas.addEventListener(type, (event) => event.preventDefault(), {passive: false});
     }
-    return () => pressed.clear();
+    return () => {
+        pressed.clear();
+        wet.forget();
+    };
 }

@@ -1,5 +1,7 @@
 #include "platform/splines.h"
 
+#include <cmath>
+
 #include "platform/host/screen/splines.h"
 #include "platform/host/toolkit.h"
 
@@ -12,6 +14,10 @@ host::TraceRounded startOf(const CubicSpline& piece) { return {piece.a}; }
 host::TraceRounded endOf(const CubicSpline& piece) {
     const double t = piece.length;
     return {piece.a + t * (piece.b + t * (piece.c + t * piece.d))};
+}
+
+host::Point pixelAt(host::TraceRounded x, host::TraceRounded y) {
+    return {static_cast<int>(std::lround(x.value)), static_cast<int>(std::lround(y.value))};
 }
 
 }  // namespace
@@ -27,6 +33,7 @@ void CubicSplines::drawXYSpline(const CubicSpline& x, const CubicSpline& y, int 
     kit.trace.call("drawXYSpline", startOf(x), startOf(y), endOf(x), endOf(y), resolution, host::TraceColour{colour},
                    width);
     kit.screen.ink(x, y, resolution, colour, width);
+    kit.loop.inked(pixelAt(endOf(x), endOf(y)), colour, width);
 }
 
 }  // namespace lumora::graphics

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/browser/drawing.h"
+#include "platform/host/panel/drawing.h"
 
 namespace host {
 

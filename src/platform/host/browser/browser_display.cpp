@@ -15,6 +15,7 @@
 
 #include "platform/host/browser/addresses.h"
 #include "platform/host/browser/visitor.h"
+#include "platform/host/screen/paint.h"
 
 namespace host {
 
@@ -45,6 +46,7 @@ public:
     std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override;
     void wake() override;
     void flush() override;
+    void wetInk(const WetInk* ink) override;
     void setTextInput(bool on, Rect near) override { stage_.typing = on ? std::optional(near) : std::nullopt; }
 
 private:
@@ -99,6 +101,15 @@ error_code BrowserDisplay::listen(const tcp::endpoint& at) try {
 void BrowserDisplay::present(const Framebuffer& shown, Rect area) {
     stage_.shown = &shown;
     for (const auto& client : site_->clients) client->changed(area);
+}
+
+void BrowserDisplay::wetInk(const WetInk* ink) {
+    stage_.wet.reset();
+    if (ink == nullptr) return;
+    const int grey = luminance(toneOf(ink->colour)) * 0x010101;
+    const Rgb colour = stage_.format == PixelFormat::Grey8 ? grey : ink->colour;
+    // The way on from there the page knows itself, and sooner.
+    stage_.wet = WetTip{ink->path.front(), colour, ink->width};
 }
 
 std::optional<Input> BrowserDisplay::wait(std::optional<std::chrono::milliseconds> timeout) {

@@ -17,6 +17,7 @@ constexpr char kPanel = 1;
 constexpr char kPixels = 2;
 constexpr char kNotice = 3;
 constexpr char kTyping = 4;
+constexpr char kWetInk = 5;
 constexpr std::uint32_t kPointer = 1;
 constexpr std::uint32_t kKey = 2;
 constexpr std::uint32_t kText = 3;
@@ -113,6 +114,13 @@ std::string pixelsMessage(const Framebuffer& shown, Rect area) {
 }
 
 std::string noticeMessage(bool anotherDraws) { return {kNotice, anotherDraws ? '\1' : '\0'}; }
+
+std::string wetInkMessage(std::optional<WetTip> tip) {
+    if (!tip) return {kWetInk};
+    std::string bytes = kWetInk + words({tip->end.x, tip->end.y, tip->width});
+    for (const int shift : {16, 8, 0}) bytes += static_cast<char>(tip->colour >> shift & 0xFF);
+    return bytes;
+}
 
 std::string typingMessage(std::optional<Rect> near) {
     const Rect place = near.value_or(Rect{});

@@ -7,19 +7,23 @@
 #include <variant>
 #include <vector>
 
-#include "platform/host/panel/display.h"
+#include "platform/host/panel/drawing.h"
 
 namespace host {
 
 // What the page and the program say to each other: docs/browser-protocol.md.
 
-struct PointerMessage {
-    enum class Action : std::uint8_t { Down, Move, Up };
-    enum class Kind : std::uint8_t { Mouse, Finger, Pen };
-    Action action = Action::Down;
-    Kind kind = Kind::Mouse;
-    std::uint32_t id = 0;     ///< tells it from others of the same page
+struct PointerMessage : PointerAct {
     std::vector<Point> path;  ///< oldest first, at least one; on the panel
+};
+
+/// From where on the page shows wet ink: the end of the last piece that has been drawn, and its look.
+struct WetTip {
+    Point end;
+    Rgb colour;  ///< as the panel shows it
+    int width;   ///< pixels
+
+    bool operator==(const WetTip&) const = default;
 };
 
 /// A pointer's message, or a key or text.
@@ -35,6 +39,8 @@ inline constexpr std::size_t kLargestMessage = 8192;
 /// `area` lies inside `shown`.
 [[nodiscard]] std::string pixelsMessage(const Framebuffer& shown, Rect area);
 [[nodiscard]] std::string noticeMessage(bool anotherDraws);
+/// Nothing: there is no wet ink any more.
+[[nodiscard]] std::string wetInkMessage(std::optional<WetTip> tip);
 /// Where text appears; nothing: it does not.
 [[nodiscard]] std::string typingMessage(std::optional<Rect> near);
 

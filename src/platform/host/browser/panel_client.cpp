@@ -96,7 +96,8 @@ void PanelClient::hear() {
         return;
     }
     if (const auto* const pointer = std::get_if<PointerMessage>(&*message)) {
-        if (!stage_.drawing.pointer(id_, *pointer, std::chrono::steady_clock::now())) refused_ = true;
+        const SteadyTime now = std::chrono::steady_clock::now();
+        if (!stage_.drawing.pointer(id_, *pointer, pointer->path, now)) refused_ = true;
     } else if (stage_.typing) {
         stage_.inputs.push_back(std::get<Input>(std::move(*message)));
     }
@@ -120,8 +121,15 @@ std::optional<std::string> PanelClient::nextMessage() {
     if (std::exchange(toldRefused_, refused_) != refused_) return noticeMessage(refused_);
     if (std::exchange(toldTyping_, stage_.typing) != stage_.typing) return typingMessage(stage_.typing);
     if (stage_.shown == nullptr) return {};
+    // After the piece that it goes on from, but not after all else that is to be seen.
+    if (toldWet_ != stage_.wet && (next_.empty() || std::exchange(pixelsSent_, false))) {
+        toldWet_ = stage_.wet;
+        return wetInkMessage(toldWet_);
+    }
     const Rect band = nextBand(stage_.shown->bytesPerPixel());
-    return band.empty() ? std::nullopt : std::optional(pixelsMessage(*stage_.shown, band));
+    if (band.empty()) return {};
+    pixelsSent_ = toldWet_ != stage_.wet;
+    return pixelsMessage(*stage_.shown, band);
 }
 
 void PanelClient::changed(Rect area) {

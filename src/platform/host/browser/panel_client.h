@@ -12,7 +12,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/host/browser/drawing.h"
+#include "platform/host/browser/messages.h"
+#include "platform/host/panel/drawing.h"
 #include "platform/host/screen/damage.h"
 
 namespace host {
@@ -23,6 +24,7 @@ struct Stage {
     PixelFormat format;
     const Framebuffer* shown = nullptr;  ///< borrowed; null before anything has been shown
     std::optional<Rect> typing{};        ///< where text appears, while it is taken
+    std::optional<WetTip> wet{};         ///< while there is wet ink
     std::deque<Input> inputs{};          ///< not fetched yet
     Drawing drawing{inputs};
 };
@@ -75,6 +77,8 @@ private:
     bool refused_ = false;  ///< a press has been ignored because another client draws
     bool toldRefused_ = false;
     std::optional<Rect> toldTyping_;
+    std::optional<WetTip> toldWet_;
+    bool pixelsSent_ = false;  ///< while wet ink waited
     Damage unsent_;
     Rect next_;  ///< being sent, from the top; the newest first, so that ink does not wait for a page on its way
     bool more_ = false;  ///< there may be more that is unsent than that

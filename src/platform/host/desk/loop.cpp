@@ -131,7 +131,12 @@ void Loop::pointer(Input::Kind kind, Point at) {
     if (kind == Input::Kind::PointerMove && clock_.now() - lastReport_ >= kReportInterval) type = kPointerReport;
     if (type == kPointerDown || type == kPointerReport) lastReport_ = clock_.now();
     pressed_ = kind != Input::Kind::PointerUp;
-    event(type, std::clamp(at.x, 0, screen_.w - 1), std::clamp(at.y, 0, screen_.h - 1));
+    const Point inside{std::clamp(at.x, 0, screen_.w - 1), std::clamp(at.y, 0, screen_.h - 1)};
+    if (down) tip_.press(inside);
+    if (kind == Input::Kind::PointerMove) tip_.move(inside);
+    if (kind == Input::Kind::PointerUp) tip_.lift();
+    event(type, inside.x, inside.y);
+    panel_.wetInk(tip_.ink());
 }
 
 int Loop::run(Player* player) {

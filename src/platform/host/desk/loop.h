@@ -10,6 +10,7 @@
 #include "platform/host/desk/modals.h"
 #include "platform/host/desk/signals.h"
 #include "platform/host/desk/timers.h"
+#include "platform/host/desk/tip.h"
 #include "platform/host/panel/display.h"
 #include "platform/host/panel/panel.h"
 #include "platform/host/record/trace.h"
@@ -50,6 +51,9 @@ public:
     /// The instant from which a timer set now counts: the present one, but on a virtual clock and inside a timer's
     /// callback the one at which that callback was due, even if it has waited for the panel since.
     [[nodiscard]] Instant timersCountFrom() const { return firing_.value_or(clock_.now()); }
+
+    /// The application has drawn a piece of a stroke, which ends there; if it follows a press, wet ink goes on from it.
+    void inked(Point end, Rgb colour, int width) { tip_.drawn(end, colour, width); }
 
     /// Installs the explorer's own handler, whose events are not traced. It gets event 23 when something first has to
     /// be seen; a picture that comes before spares it.
@@ -115,6 +119,7 @@ private:
     std::optional<Instant> firing_;
     bool pressed_ = false;
     Instant lastReport_{};
+    Tip tip_;
     std::optional<Instant> repeatAt_;  ///< when the press on a modal acts again
     bool stopped_ = false;
     bool closed_ = false;

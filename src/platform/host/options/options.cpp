@@ -47,7 +47,7 @@ Panel
                          makes everything larger (1404x1872@300,colour)
   --display KIND         window, browser or headless
                          (a window where a display answers, else the browser)
-  --waveforms            refresh as slowly as real e-ink does
+  --waveforms            refresh as real e-ink does: slowly, and under the pen in black and white
 
 Browser display
   --port N               the page's port (the first free one from 6080)

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/host/base/geometry.h"
 #include "platform/host/screen/framebuffer.h"
@@ -29,6 +30,14 @@ struct Input {
     std::string text{};
 };
 
+/// Ink that the pen has not drawn yet: its way since the end of the last piece that it has drawn in this press, in
+/// panel pixels, and the look of that piece.
+struct WetInk {
+    std::vector<Point> path;  ///< at least the piece's end
+    Rgb colour = kBlack;
+    int width = 0;  ///< pixels
+};
+
 /// Where the panel is seen and touched. Displays differ in showing and in input, never in what is shown.
 class Display {
 public:
@@ -50,6 +59,10 @@ public:
 
     /// Shows at once what has been presented. A wait does so by itself; this is for those who are busy longer.
     virtual void flush() {}
+
+    /// Shows a line along `ink` over the panel's picture, with the next flush, until this is called again; null: none.
+    /// It is in no picture, and goes where it was over what is presented. Borrowed for the call.
+    virtual void wetInk(const WetInk* ink) { static_cast<void>(ink); }
 
     /// Starts or ends text input from a physical keyboard; `near` is where the text appears (for an input
     /// method's own window).

@@ -11,23 +11,25 @@ void Panel::update(Rect area, Waveform waveform) {
     const Rect visible = area.intersected(screen_.bounds());
     if (visible.empty()) return;
     if (!waveforms_) {
-        refreshAtOnce(visible, waveform);
+        refreshAtOnce(visible);
         return;
     }
     advance();
     waveforms_->request(screen_, visible, waveform, clock_.now());
 }
 
-void Panel::refreshAtOnce(Rect area, Waveform waveform) {
-    if (damage_ == nullptr || waveform == Waveform::Fast) {
-        refresh(screen_, area, waveform, shown_);
-        display_.present(shown_, area);
-        // Black and white is not yet what the screen holds.
-        if (damage_ != nullptr) damage_->add(area);
-        return;
+void Panel::refreshAtOnce(Rect area) {
+    const auto show = [this](Rect part) { refresh(screen_, part, Waveform::Regular, shown_); };
+    if (damage_ == nullptr) {
+        show(area);
+    } else {
+        area = damage_->take(area, show);
     }
-    const Rect stale = damage_->take(area, [&](Rect part) { refresh(screen_, part, waveform, shown_); });
-    if (!stale.empty()) display_.present(shown_, stale);
+    if (!area.empty()) display_.present(shown_, area);
+}
+
+void Panel::wetInk(const WetInk* ink) {
+    if (!waveforms_) display_.wetInk(ink);
 }
 
 void Panel::wait() {

@@ -16,14 +16,17 @@ namespace host {
 /// borrows screen, display and clock.
 class Panel {
 public:
-    /// With `waveforms` a refresh takes the time that it takes on an e-ink panel; without, it is done at once.
-    /// `damage` tells where the screen has been drawn on; null: anywhere.
+    /// With `waveforms` a refresh shows what it shows on an e-ink panel, in the time that it takes there; without, all
+    /// colours at once. `damage` tells where the screen has been drawn on; null: anywhere.
     Panel(const Framebuffer& screen, Display& display, Clock& clock, bool waveforms = false, Damage* damage = nullptr);
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
 
     /// Brings `area` up to date from the screen buffer as it is now; clipped to the screen.
     void update(Rect area, Waveform waveform);
+
+    /// What the pen has still to draw, for the display to show meanwhile (see Display::wetInk). E-ink shows none.
+    void wetInk(const WetInk* ink);
 
     /// Returns when every update in progress has finished. A virtual clock is moved on to that instant.
     void wait();
@@ -37,7 +40,7 @@ public:
     [[nodiscard]] const Framebuffer& shown() const { return shown_; }
 
 private:
-    void refreshAtOnce(Rect area, Waveform waveform);
+    void refreshAtOnce(Rect area);
 
     const Framebuffer& screen_;
     Display& display_;

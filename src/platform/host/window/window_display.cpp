@@ -10,6 +10,7 @@
 #include "platform/host/screen/area_scaler.h"
 #include "platform/host/screen/surface.h"
 #include "platform/host/window/connection.h"
+#include "platform/host/window/wet_line.h"
 #include "platform/host/window/window_input.h"
 #include "platform/host/window/window_view.h"
 
@@ -23,6 +24,8 @@ constexpr Size kSmallestWindow = {160, 200};
 constexpr Uint8 kBorderGrey = 0x80;
 /// How long that may wait which does not come over the window system's connection: an input method's text, a held key.
 constexpr std::chrono::milliseconds kAskingPace{20};
+/// Input that does not cease holds up no picture for longer: one of a screen's sixty in a second.
+constexpr std::chrono::milliseconds kLongestUnseen{16};
 
 struct CloseWindow {
     void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
@@ -86,69 +89,52 @@ public:
         if (surface == nullptr) return false;
         shrinkToPixels(*surface, size, inner);
         // The empty panel stands there while the rest starts.
-        flush();
+        show();
         connection_.watch(window_.get());
         return true;
     }
 
     void present(const Framebuffer& shown, Rect area) override {
         shown_ = &shown;
-        // Whoever refreshes without ever waiting must not fill the memory.
-        constexpr std::size_t kMostAreas = 32;
-        const bool full = dirty_.size() >= kMostAreas;
-        const auto meets = [&area, full](Rect other) { return full || !other.intersected(area).empty(); };
-        const auto known = std::find_if(dirty_.begin(), dirty_.end(), meets);
-        if (known != dirty_.end()) {
-            *known = known->united(area);
-        } else {
-            dirty_.push_back(area);
-        }
+        showAgain(area);
+    }
+
+    void wetInk(const WetInk* ink) override {
+        if (shown_ == nullptr || (ink == nullptr && wet_.area().empty())) return;
+        // What it has covered is shown again, without it.
+        showAgain(wet_.area());
+        wet_.follow(ink, *shown_);
+        unseenInk_ = true;
     }
 
     void flush() override {
-        if (connection_.lost()) return;
-        if (uncovered_) {
-            // Uncovering and resizing tell many times what one painting answers.
-            SDL_PumpEvents();
-            SDL_FlushEvent(SDL_WINDOWEVENT);
-        }
-        SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
-        if (surface == nullptr) return;
-        if (Size{surface->w, surface->h} != view_.window()) layOut({surface->w, surface->h});
-        if (uncovered_) {
-            fillBorder(*surface);
-            dirty_.assign(1, Rect{0, 0, panel_.w, panel_.h});
-        }
-        if (dirty_.empty()) return;
-        changed_.clear();
-        for (const Rect& area : dirty_) changed_.push_back(sdlRect(paint(*surface, area)));
-        dirty_.clear();
-        if (uncovered_) changed_.assign(1, SDL_Rect{0, 0, surface->w, surface->h});
-        uncovered_ =
-            SDL_UpdateWindowSurfaceRects(window_.get(), changed_.data(), static_cast<int>(changed_.size())) != 0;
+        if (!connection_.lost()) show();
     }
 
     std::optional<Input> wait(std::optional<std::chrono::milliseconds> timeout) override {
-        using Clock = std::chrono::steady_clock;
-        const Clock::time_point begin = Clock::now();
+        const Steady::time_point begin = Steady::now();
         for (;;) {
-            flush();
             if (connection_.lost()) return Input{.kind = Input::Kind::Lost};
+            if (Steady::now() - shownAt_ >= kLongestUnseen) show();
+            if (std::optional<Input> input = input_.next()) return input;
             SDL_Event event;
             if (take(event)) {
                 if (event.type == SDL_WINDOWEVENT) noteWindow(event.window);
                 // A lost connection may look like a wish to quit.
                 if (event.type == SDL_QUIT && connection_.lost()) continue;
-                if (std::optional<Input> input = input_.translate(event, view_, windowSize(window_.get())))
-                    return input;
+                input_.take(event, view_, windowSize(window_.get()));
                 continue;
             }
-            const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-            const bool over = timeout && passed >= *timeout;
+            // All that has been done is drawn: it is shown together, however fast it came. Meanwhile more may have
+            // come.
+            const bool shown = show();
+            const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Steady::now() - begin);
+            if (timeout && passed >= *timeout) return std::nullopt;
+            if (shown) continue;
             std::optional<std::chrono::milliseconds> nap;
-            if (timeout) nap = over ? std::chrono::milliseconds{0} : *timeout - passed;
+            if (timeout) nap = *timeout - passed;
             if (input_.typing() || !connection_.known()) nap = std::min(nap.value_or(kAskingPace), kAskingPace);
-            if (connection_.wait(nap) || over) return std::nullopt;
+            if (connection_.wait(nap)) return std::nullopt;
         }
     }
 
@@ -172,6 +158,57 @@ public:
     std::string takeComposed() override { return input_.takeComposed(); }
 
 private:
+    using Steady = std::chrono::steady_clock;
+
+    void showAgain(Rect area) {
+        if (area.empty()) return;
+        // Whoever refreshes without ever waiting must not fill the memory.
+        constexpr std::size_t kMostAreas = 32;
+        const bool full = dirty_.size() >= kMostAreas;
+        const auto meets = [&area, full](Rect other) { return full || !other.intersected(area).empty(); };
+        const auto known = std::find_if(dirty_.begin(), dirty_.end(), meets);
+        if (known != dirty_.end()) {
+            *known = known->united(area);
+        } else {
+            dirty_.push_back(area);
+        }
+    }
+
+    // While the connection is there. True when the window shows something that it has not shown before.
+    bool show() {
+        shownAt_ = Steady::now();
+        if (uncovered_) {
+            // Uncovering and resizing tell many times what one painting answers.
+            SDL_PumpEvents();
+            SDL_FlushEvent(SDL_WINDOWEVENT);
+        }
+        SDL_Surface* surface = SDL_GetWindowSurface(window_.get());
+        if (surface == nullptr) return false;
+        if (Size{surface->w, surface->h} != view_.window()) layOut({surface->w, surface->h});
+        if (uncovered_) {
+            fillBorder(*surface);
+            dirty_.assign(1, Rect{0, 0, panel_.w, panel_.h});
+        }
+        if (dirty_.empty() && !unseenInk_) return false;
+        changed_.clear();
+        // What meets the wet ink is painted together with it: once, and as one rectangle, which costs the least.
+        Rect wet = wet_.area();
+        for (const Rect& area : dirty_) {
+            if (!area.intersected(wet).empty()) {
+                wet = wet.united(area);
+            } else {
+                changed_.push_back(sdlRect(paint(*surface, area, shown_)));
+            }
+        }
+        if (!wet.empty()) changed_.push_back(sdlRect(paint(*surface, wet, &wet_.over(*shown_, wet))));
+        dirty_.clear();
+        unseenInk_ = false;
+        if (uncovered_) changed_.assign(1, SDL_Rect{0, 0, surface->w, surface->h});
+        uncovered_ =
+            SDL_UpdateWindowSurfaceRects(window_.get(), changed_.data(), static_cast<int>(changed_.size())) != 0;
+        return !uncovered_;
+    }
+
     // After false both SDL's queue and the library's own are empty, so that only the connection brings something new.
     static bool take(SDL_Event& event) {
         const auto taken = [&event] {
@@ -215,35 +252,35 @@ private:
     }
 
     // Returns the pixels of the window that it has painted.
-    Rect paint(SDL_Surface& surface, Rect area) {
+    Rect paint(SDL_Surface& surface, Rect area, const Framebuffer* picture) {
         const Rect place = view_.toWindow(area);
         SDL_Rect target = sdlRect(place);
-        if (shown_ == nullptr) {
+        if (picture == nullptr) {
             SDL_FillRect(&surface, &target, SDL_MapRGB(surface.format, 0xFF, 0xFF, 0xFF));
             return place;
         }
         if (takesRows(surface)) {
-            scaleInto(surface, place);
+            scaleInto(surface, place, *picture);
             return place;
         }
         if (!staging_)
             staging_.reset(SDL_CreateRGBSurfaceWithFormat(0, surface.w, surface.h, 32, SDL_PIXELFORMAT_RGB888));
         if (!staging_) return {};
-        scaleInto(*staging_, place);
+        scaleInto(*staging_, place, *picture);
         SDL_BlitSurface(staging_.get(), &target, &surface, &target);
         return place;
     }
 
-    void scaleInto(SDL_Surface& surface, Rect place) {
+    void scaleInto(SDL_Surface& surface, Rect place, const Framebuffer& shown) {
         const Rect picture = view_.picture();
-        const int channels = shown_->bytesPerPixel();
-        const PixelRows rows{shown_->at(0, 0), shown_->stride(), channels};
+        const int channels = shown.bytesPerPixel();
+        const PixelRows rows{shown.at(0, 0), shown.stride(), channels};
         row_.resize(static_cast<std::size_t>(place.w) * 3);
         for (int y = place.y; y < place.bottom(); ++y) {
             const Point first{place.x - picture.x, y - picture.y};
             const bool scaled = picture.size() != panel_;
             if (scaled) scaler_.scaleRow(rows, first, place.w, row_.data());
-            const std::uint8_t* from = scaled ? row_.data() : shown_->at(first.x, first.y);
+            const std::uint8_t* from = scaled ? row_.data() : shown.at(first.x, first.y);
             auto* to = reinterpret_cast<std::uint32_t*>(static_cast<std::uint8_t*>(surface.pixels) +
                                                         std::ptrdiff_t{y} * surface.pitch) +
                        place.x;
@@ -264,7 +301,10 @@ private:
     const Framebuffer* shown_ = nullptr;
     std::vector<Rect> dirty_;  ///< of the panel, not yet in the window
     std::vector<SDL_Rect> changed_;
+    WetLine wet_;
+    bool unseenInk_ = false;
     bool uncovered_ = true;
+    Steady::time_point shownAt_{};
     Connection connection_;  ///< last: it lets go of the library before the window closes
 };
 

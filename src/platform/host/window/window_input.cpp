@@ -4,14 +4,19 @@
 #include <SDL_mouse.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 
 namespace host {
 
 namespace {
 
-Input pointer(Input::Kind kind, Point at) { return {.kind = kind, .at = at}; }
+using Action = PointerAct::Action;
+
+/// Tells the mouse from all fingers, whose ids grow from zero.
+constexpr std::uint64_t kMouse = ~std::uint64_t{0};
 
 Input text(const char* characters) { return {.kind = Input::Kind::Text, .text = characters}; }
 
@@ -58,69 +63,74 @@ std::optional<Input> paste() {
 
 }  // namespace
 
-std::optional<Input> WindowInput::translate(const SDL_Event& event, const WindowView& view, Size window) {
+void WindowInput::take(const SDL_Event& event, const WindowView& view, Size window) {
     switch (event.type) {
         case SDL_QUIT:
-            return pointer(Input::Kind::Close, {});
+            inputs_.push_back({.kind = Input::Kind::Close});
+            return;
         case SDL_MOUSEBUTTONDOWN:
         case SDL_MOUSEBUTTONUP:
             return button(event.button, placeOf(event.button.x, event.button.y, view, window));
         case SDL_MOUSEMOTION:
-            if (pointer_ != Pointer::Mouse) return std::nullopt;
-            return pointer(Input::Kind::PointerMove, placeOf(event.motion.x, event.motion.y, view, window).at);
+            if (event.motion.which == SDL_TOUCH_MOUSEID) return;
+            return draw({Action::Move, PointerAct::Kind::Pen, kMouse},
+                        placeOf(event.motion.x, event.motion.y, view, window));
         case SDL_FINGERDOWN:
         case SDL_FINGERMOTION:
         case SDL_FINGERUP:
             return finger(event.tfinger, placeOf(event.tfinger, view));
         case SDL_KEYDOWN:
-            return key(event.key.keysym);
+            if (std::optional<Input> input = key(event.key.keysym, typing_)) inputs_.push_back(*std::move(input));
+            return;
         case SDL_TEXTEDITING:
             composed_ = event.edit.text;
-            return std::nullopt;
+            return;
         case SDL_TEXTEDITING_EXT:
             composed_ = event.editExt.text;
             SDL_free(event.editExt.text);
-            return std::nullopt;
+            return;
         case SDL_TEXTINPUT:
             composed_.clear();
-            return text(event.text.text);
+            inputs_.push_back(text(event.text.text));
+            return;
         default:
-            return std::nullopt;
+            return;
     }
 }
 
-std::optional<Input> WindowInput::button(const SDL_MouseButtonEvent& event, WindowPlace place) {
-    if (event.button != SDL_BUTTON_LEFT) return std::nullopt;
-    if (event.type == SDL_MOUSEBUTTONDOWN && pointer_ == Pointer::None && place.onPanel) {
-        pointer_ = Pointer::Mouse;
-        // A stroke that leaves the window goes on, and its end is not missed.
-        SDL_CaptureMouse(SDL_TRUE);
-        return pointer(Input::Kind::PointerDown, place.at);
-    }
-    if (event.type == SDL_MOUSEBUTTONUP && pointer_ == Pointer::Mouse) {
-        pointer_ = Pointer::None;
-        SDL_CaptureMouse(SDL_FALSE);
-        return pointer(Input::Kind::PointerUp, place.at);
-    }
-    return std::nullopt;
+std::optional<Input> WindowInput::next() {
+    if (inputs_.empty()) return std::nullopt;
+    Input first = std::move(inputs_.front());
+    inputs_.pop_front();
+    return first;
 }
 
-std::optional<Input> WindowInput::finger(const SDL_TouchFingerEvent& event, WindowPlace place) {
-    if (event.type == SDL_FINGERDOWN) {
-        if (pointer_ != Pointer::None || !place.onPanel) return std::nullopt;
-        pointer_ = Pointer::Finger;
-        touch_ = event.touchId;
-        finger_ = event.fingerId;
-        return pointer(Input::Kind::PointerDown, place.at);
-    }
-    if (pointer_ != Pointer::Finger || event.touchId != touch_ || event.fingerId != finger_) return std::nullopt;
-    if (event.type == SDL_FINGERMOTION) return pointer(Input::Kind::PointerMove, place.at);
-    pointer_ = Pointer::None;
-    return pointer(Input::Kind::PointerUp, place.at);
+void WindowInput::button(const SDL_MouseButtonEvent& event, WindowPlace place) {
+    if (event.button != SDL_BUTTON_LEFT || event.which == SDL_TOUCH_MOUSEID) return;
+    const bool down = event.type == SDL_MOUSEBUTTONDOWN;
+    // A stroke that leaves the window goes on, and its end is not missed.
+    SDL_CaptureMouse(down && place.onPanel ? SDL_TRUE : SDL_FALSE);
+    draw({down ? Action::Down : Action::Up, PointerAct::Kind::Pen, kMouse}, place);
 }
 
-std::optional<Input> WindowInput::key(const SDL_Keysym& keysym) const {
-    if (pastes(keysym)) return typing_ ? paste() : std::nullopt;
+void WindowInput::finger(const SDL_TouchFingerEvent& event, WindowPlace place) {
+    Action action = Action::Move;
+    if (event.type == SDL_FINGERDOWN) action = Action::Down;
+    if (event.type == SDL_FINGERUP) action = Action::Up;
+    // Each touch screen counts its own fingers.
+    const std::uint64_t id =
+        static_cast<std::uint64_t>(event.touchId) << 32 ^ static_cast<std::uint64_t>(event.fingerId);
+    draw({action, PointerAct::Kind::Finger, id}, place);
+}
+
+void WindowInput::draw(const PointerAct& act, WindowPlace place) {
+    constexpr int kPerson = 1;  // there is one before a window
+    if (act.action == Action::Down && !place.onPanel) return;
+    drawing_.pointer(kPerson, act, {&place.at, 1}, std::chrono::steady_clock::now());
+}
+
+std::optional<Input> WindowInput::key(const SDL_Keysym& keysym, bool typing) {
+    if (pastes(keysym)) return typing ? paste() : std::nullopt;
     const auto typed = [](Key key) { return Input{.kind = Input::Kind::Key, .key = key}; };
     if (keysym.sym == SDLK_RETURN || keysym.sym == SDLK_KP_ENTER)
         return typed((keysym.mod & KMOD_SHIFT) != 0 ? Key::ShiftReturn : Key::Return);
