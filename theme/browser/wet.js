@@ -62,15 +62,18 @@ export class WetInk {
         this.#draw();
     }
 
-    /** No line any more: the press has ended, is beside the page or does not draw. */
+    /**
+     * No line any more, or not yet: the press is beside the page, does not draw, or the word is still of the press
+     * before. The path is kept, since the program may yet draw it.
+     */
     end() {
-        this.#path = [];
         this.#ink = null;
         this.#draw();
     }
 
     forget() {
         this.#pointer = null;
+        this.#path = [];
         this.end();
     }
 
